@@ -1,0 +1,54 @@
+#include "frame/boundary.h"
+
+#include <new>
+
+#include "frame/com_ptr.h"
+#include "frame/error.h"
+#include "frame/error_styles.h"
+#include "frame/modErrorCodes.h"
+#include "frame/pending.h"
+
+namespace Orvix::component {
+
+namespace {
+
+void PublishErrorInfo(const Text& source, const Text& description) noexcept {
+  SetErrorInfo(0, nullptr);
+  ComPtr<ICreateErrorInfo> created;
+  if (FAILED(CreateErrorInfo(created.Receive()))) return;
+  created->SetSource(const_cast<OLECHAR*>(source.c_str()));
+  created->SetDescription(const_cast<OLECHAR*>(description.c_str()));
+  ComPtr<IErrorInfo> info;
+  if (SUCCEEDED(created->QueryInterface(IID_IErrorInfo, info.ReceiveVoid()))) SetErrorInfo(0, info.get());
+}
+
+HRESULT PublishError(const Error& error, std::string_view class_name) noexcept {
+  try {
+    const Text source =
+        error.source().empty() ? Text(u"Orvix.").append(class_name.begin(), class_name.end()) : error.source();
+    PublishErrorInfo(source, error.description());
+  } catch (const std::bad_alloc&) {
+    SetErrorInfo(0, nullptr);  // the number still arrives
+  }
+  return ResultOfNumber(error.number());
+}
+
+}  // namespace
+
+HRESULT ResultOfCurrentException(std::string_view class_name) noexcept {
+  try {
+    throw;
+  } catch (const Error& error) {
+    return PublishError(error, class_name);
+  } catch (const std::bad_alloc&) {
+    return PublishError(Error(kOutOfMemory, {}, Text(kOutOfMemoryText)), class_name);
+  } catch (const PendingMember&) {
+    SetErrorInfo(0, nullptr);
+    return E_NOTIMPL;
+  } catch (...) {
+    SetErrorInfo(0, nullptr);
+    return E_UNEXPECTED;
+  }
+}
+
+}  // namespace Orvix::component

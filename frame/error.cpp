@@ -1,0 +1,58 @@
+#include "frame/error.h"
+
+#include <new>
+
+#include "frame/com_ptr.h"
+#include "frame/modErrorCodes.h"
+#include "frame/modOrvix.h"
+
+namespace Orvix::component {
+
+namespace {
+
+Text StandardDescription(LONG number) {
+  BstrHandle text;
+  OxErrorDescription(number, text.Receive());
+  return Text(text.View());
+}
+
+ComPtr<IErrorInfo> TakeErrorInfo() {
+  ComPtr<IErrorInfo> info;
+  GetErrorInfo(0, info.Receive());
+  return info;
+}
+
+}  // namespace
+
+void RaiseLibraryError(LONG number, TextView source, TextView description) {
+  throw Error(number, Text(source), Text(description));
+}
+
+void RaiseRuntimeError(LONG number) { throw Error(number, {}, StandardDescription(number)); }
+
+void RaiseFailure(HRESULT failure) {
+  const LONG number = OxErrorNumber(failure);
+  if (number == kOutOfMemory) throw std::bad_alloc();
+  TakeErrorInfo();  // the runtime's own report says the same
+  RaiseRuntimeError(number);
+}
+
+void RaiseFailureOfObject(HRESULT failure) {
+  const LONG number = OxErrorNumber(failure);
+  const ComPtr<IErrorInfo> info = TakeErrorInfo();
+  if (!info) RaiseRuntimeError(number);
+  BstrHandle source;
+  BstrHandle description;
+  info->GetSource(source.Receive());
+  info->GetDescription(description.Receive());
+  throw Error(number, Text(source.View()),
+              description.View().empty() ? StandardDescription(number) : Text(description.View()));
+}
+
+HRESULT ResultOfNumber(LONG number) noexcept {
+  if (number == 0) return E_FAIL;
+  if (number < 0) return number;
+  return static_cast<HRESULT>(0x800A0000U + static_cast<ULONG>(number));
+}
+
+}  // namespace Orvix::component

@@ -1,0 +1,133 @@
+// The base of every object that callers hold: identity, lifetime, late binding
+// and error support round a plain class.
+#ifndef ORVIX_FRAME_OBJECT_H
+#define ORVIX_FRAME_OBJECT_H
+
+#include <atomic>
+#include <utility>
+
+#include "frame/boundary.h"
+#include "frame/dispatch.h"
+#include "frame/lifetime.h"
+#include "frame/member_row.h"
+
+namespace Orvix::component {
+
+// `Plain` is the class that does the work; it names its class as kClassName.
+template <class Facade, class Interface, class Plain>
+class Object : public Interface, public ISupportErrorInfo {
+ public:
+  Object() = default;
+  Object(Object&&) = delete;
+
+  HRESULT ORVIX_CALL QueryInterface(REFIID riid, void** object) noexcept override {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (riid == IID_IUnknown || riid == IID_IDispatch || riid == *TableOf<Interface>().iid) {
+      *object = static_cast<Interface*>(this);
+    } else if (riid == IID_ISupportErrorInfo) {
+      *object = static_cast<ISupportErrorInfo*>(this);
+    } else {
+      return E_NOINTERFACE;
+    }
+    AddRef();
+    return S_OK;
+  }
+  ULONG ORVIX_CALL AddRef() noexcept override { return ++references_; }
+  ULONG ORVIX_CALL Release() noexcept override {
+    const ULONG left = --references_;
+    if (left == 0) delete static_cast<Facade*>(this);
+    return left;
+  }
+
+  HRESULT ORVIX_CALL InterfaceSupportsErrorInfo(REFIID riid) noexcept override {
+    return riid == *TableOf<Interface>().iid || riid == IID_IDispatch ? S_OK : S_FALSE;
+  }
+
+  HRESULT ORVIX_CALL GetTypeInfoCount(UINT* count) noexcept override {
+    if (count == nullptr) return E_POINTER;
+    *count = 1;
+    return S_OK;
+  }
+  HRESULT ORVIX_CALL GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept override {
+    return TypeInfoOf(TableOf<Interface>(), index, info);
+  }
+  HRESULT ORVIX_CALL GetIDsOfNames(REFIID riid, OLECHAR** names, UINT count, LCID, DISPID* ids) noexcept override {
+    return LookUpNames(Index(), riid, names, count, ids);
+  }
+  HRESULT ORVIX_CALL Invoke(DISPID member, REFIID riid, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
+                            EXCEPINFO* exception, UINT* argument_error) noexcept override {
+    return InvokeByName(Index(), this, member, riid, flags, params, result, exception, argument_error);
+  }
+
+  [[nodiscard]] Plain& plain() { return plain_; }
+
+ protected:
+  ~Object() = default;
+
+  // Calls a plain member that returns something; `result` is overwritten.
+  template <auto Member, class Target, class... Slots>
+  HRESULT Call(Target* result, Slots... slots) noexcept {
+    using Signature = row_detail::Signature<decltype(Member)>;
+    using R = typename Signature::Result;
+    using Traits = Result<R, Target*>;
+    if (result == nullptr) return E_POINTER;
+    Traits::Clear(result);
+    return Run<Member>(
+        [&](auto&&... arguments) {
+          if constexpr (std::is_same_v<R, Self>) {
+            (plain_.*Member)(std::forward<decltype(arguments)>(arguments)...);
+            AddRef();
+            *result = static_cast<Interface*>(this);
+          } else {
+            Traits::Store(result, (plain_.*Member)(std::forward<decltype(arguments)>(arguments)...));
+          }
+        },
+        slots...);
+  }
+  // Calls a plain member that returns nothing.
+  template <auto Member, class... Slots>
+  HRESULT Do(Slots... slots) noexcept {
+    return Run<Member>([&](auto&&... arguments) { (plain_.*Member)(std::forward<decltype(arguments)>(arguments)...); },
+                       slots...);
+  }
+
+ private:
+  template <auto Member, class Body, class... Slots>
+  HRESULT Run(Body&& body, Slots... slots) noexcept {
+    using Parameters = typename row_detail::Signature<decltype(Member)>::Parameters;
+    return RunWith<Parameters>(body, std::index_sequence_for<Slots...>{}, slots...);
+  }
+  template <class Parameters, class Body, std::size_t... I, class... Slots>
+  HRESULT RunWith(Body& body, std::index_sequence<I...>, Slots... slots) noexcept {
+    HRESULT accepted = S_OK;
+    ((SUCCEEDED(accepted) ? void(accepted = Argument<std::tuple_element_t<I, Parameters>, Slots>::Accept(slots))
+                          : void()),
+     ...);
+    if (FAILED(accepted)) {
+      SetErrorInfo(0, nullptr);
+      return accepted;
+    }
+    return AtBoundary(Plain::kClassName,
+                      [&] { body(Argument<std::tuple_element_t<I, Parameters>, Slots>::Get(slots)...); });
+  }
+
+  static const DispatchIndex& Index() {
+    static const DispatchIndex index(TableOf<Interface>());
+    return index;
+  }
+
+  std::atomic<ULONG> references_{1};
+  LiveObject live_;
+  Plain plain_;
+};
+
+// A new object as its interface, one reference held.
+template <class Facade, class Interface>
+ComPtr<Interface> MakeObject() {
+  return ComPtr<Interface>::Adopt(new Facade);
+}
+
+}  // namespace Orvix::component
+
+#endif

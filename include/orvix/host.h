@@ -1,0 +1,52 @@
+// The host table: what an application may supply in place of this machine's
+// native services.
+#ifndef ORVIX_HOST_H
+#define ORVIX_HOST_H
+
+#include "orvix/automation.h"
+
+// Texts of the "A" members are NUL-terminated ANSI (Windows-1252), null where
+// absent. Handles, data words and results have 32 bits; addresses inside packed
+// requests are real. A null member means the native default of that service.
+// New members come at the end only; `size` says how many there are.
+struct OxHost {
+  uint32_t size;  // sizeof(OxHost) as the caller was compiled
+  void* context;  // handed to every member as its first argument
+  LONG (*MessageBox)(void* context, const OLECHAR* text, LONG style, const OLECHAR* title);
+  LONG (*SHFileOperationA)(void* context, void* request);  // 30 bytes; may write the aborted flag at 18
+  LONG (*ShellExecuteA)
+  (void* context, LONG hwnd, const char* verb, const char* file, const char* parameters, const char* directory,
+   LONG show);
+  LONG (*WinHelpA)(void* context, LONG hwnd, const char* file, LONG command, LONG data);
+  LONG (*HtmlHelpA)(void* context, LONG hwnd, const char* file, LONG command, LONG data);
+  LONG (*GetOpenFileNameA)(void* context, void* request);  // 76 bytes
+  LONG (*sndPlaySoundA)(void* context, const char* name, LONG flags);
+  LONG (*SetWindowPos)(void* context, LONG hwnd, LONG after, LONG x, LONG y, LONG cx, LONG cy, LONG flags);
+  LONG (*GetInputState)(void* context);
+  void (*DoEvents)(void* context);
+  // The reference passes to the caller, who keeps one per thread until the next
+  // OxSetHost; its Screen has Width, Height, MousePointer.
+  IDispatch* (*GlobalObject)(void* context);
+  LONG (*GetVersionExA)(void* context, void* record);  // 148 bytes
+  HRESULT (*CoCreateGuid)(void* context, GUID* guid);
+  void (*Sleep)(void* context, uint32_t milliseconds);
+  uint32_t (*GetTickCount)(void* context);
+  // Progress of a native shell operation, at most about ten times a second;
+  // non-zero cancels.
+  LONG (*FileProgress)
+  (void* context, const OLECHAR* name, int64_t itemsDone, int64_t itemsTotal, int64_t bytesDone, int64_t bytesTotal);
+  // A confirmation (kind 1 overwrite, 2 delete, 3 make directory), answered
+  // with 0 no, 1 yes, 2 yes to all, 3 cancel.
+  LONG (*FileQuestion)(void* context, LONG kind, const OLECHAR* name);
+};
+
+inline constexpr LONG kOxAskOverwrite = 1;
+inline constexpr LONG kOxAskDelete = 2;
+inline constexpr LONG kOxAskMakeDirectory = 3;
+
+// Copies the table; null restores the native defaults. Safe from any thread; a
+// service call under way keeps the table that it started with. E_INVALIDARG
+// when `size` does not reach past `context`.
+ORVIX_API HRESULT ORVIX_CALL OxSetHost(const OxHost* host);
+
+#endif

@@ -1,0 +1,200 @@
+// The run-time's own functions: file numbers, drives, directory search and
+// file facts, error numbers, formats, and the platform's registry functions.
+// Every Ox function returns an HRESULT; a failure is 0x800A0000 plus the
+// runtime's error number, with the standard description as the thread's error
+// info.
+#ifndef ORVIX_RUNTIME_H
+#define ORVIX_RUNTIME_H
+
+#include "orvix/automation.h"
+
+// --- Errors ------------------------------------------------------------------
+
+// The error number that a result code stands for: 0x800A0001 to 0x800BFFFF give
+// their distance to 0x800A0000, the platform's own codes their runtime number
+// (type mismatch 13, overflow 6, ...), every other code itself.
+ORVIX_API LONG ORVIX_CALL OxErrorNumber(HRESULT result);
+// The standard description of a runtime error number; "Application-defined or
+// object-defined error" for a number without one. The caller frees it.
+ORVIX_API HRESULT ORVIX_CALL OxErrorDescription(LONG number, BSTR* description);
+
+// --- File numbers --------------------------------------------------------------
+// One table per process, safe across threads. Positions count from 1.
+
+inline constexpr LONG kOxModeOutput = 1;  // sequential text, creates or empties
+inline constexpr LONG kOxModeBinary = 2;  // creates when missing, never empties
+inline constexpr LONG kOxAccessDefault = 0;
+inline constexpr LONG kOxAccessRead = 1;
+inline constexpr LONG kOxAccessWrite = 2;
+inline constexpr LONG kOxAccessReadWrite = 3;
+inline constexpr LONG kOxShareDefault = 0;
+inline constexpr LONG kOxShareShared = 1;
+
+// The lowest unused number in 1 to 255; error 67 when there is none. Asking does
+// not reserve.
+ORVIX_API HRESULT ORVIX_CALL OxFreeFile(SHORT* number);
+// Opens `name` under a number from 1 to 511. Errors: 52 number or name, 53 not
+// found, 55 number in use or file open for output, 61, 67, 70 locked, 75, 76.
+ORVIX_API HRESULT ORVIX_CALL OxOpenFile(const OLECHAR* name, SHORT number, LONG mode, LONG access, LONG share);
+// Closing a number that is not open is no error.
+ORVIX_API HRESULT ORVIX_CALL OxCloseFile(SHORT number);
+// Binary transfer at the current position, which advances. Error 54 when the
+// file is not open for binary access. A read past the end succeeds, with `got`
+// short and the rest of the buffer untouched.
+ORVIX_API HRESULT ORVIX_CALL OxPutFile(SHORT number, const void* bytes, LONG count);
+ORVIX_API HRESULT ORVIX_CALL OxGetFile(SHORT number, void* bytes, LONG count, LONG* got);
+ORVIX_API HRESULT ORVIX_CALL OxSeekFile(SHORT number, LONG position);
+ORVIX_API HRESULT ORVIX_CALL OxFileLength(SHORT number, LONG* length);
+// Writes the text in the ANSI code page, and nothing more: no line end.
+ORVIX_API HRESULT ORVIX_CALL OxPrintFile(SHORT number, BSTR text);
+
+// --- Names -----------------------------------------------------------------------
+
+// Maps a drive letter or a share (`\\server\share`) to a native directory; null
+// takes the mapping away.
+ORVIX_API HRESULT ORVIX_CALL OxMapDrive(OLECHAR letter, const char* utf8Directory);
+ORVIX_API HRESULT ORVIX_CALL OxMapShare(const OLECHAR* serverShare, const char* utf8Directory);
+// The drive-qualified name of a native one, relative ones taken from the
+// process's directory. The caller frees it with SysFreeString.
+ORVIX_API HRESULT ORVIX_CALL OxPlatformName(const char* native, BSTR* name);
+// The native name behind a name, as UTF-8 (the bytes on disk). The caller frees
+// it with CoTaskMemFree. Errors 52 and 76.
+ORVIX_API HRESULT ORVIX_CALL OxNativeName(const OLECHAR* name, char** utf8);
+
+// --- Directory search and file facts -------------------------------------------------
+
+inline constexpr LONG kOxAttributeReadOnly = 1;
+inline constexpr LONG kOxAttributeHidden = 2;
+inline constexpr LONG kOxAttributeSystem = 4;
+inline constexpr LONG kOxAttributeVolume = 8;
+inline constexpr LONG kOxAttributeDirectory = 16;
+inline constexpr LONG kOxAttributeArchive = 32;
+
+struct OxEntry {
+  const OLECHAR* name;  // NUL-terminated, valid until the search ends
+  LONG nameLength;      // code units
+  LONG attributes;
+  LONG size;      // bytes, wrapped to 32 bits
+  DATE modified;  // local time, whole seconds
+};
+struct OxFileFacts {
+  LONG attributes;
+  LONG size;
+  DATE modified;
+};
+struct OxSearch;  // a snapshot of the entries that matched
+
+// Entries that match the pattern ("*" and "?" in its last component, without
+// regard to case) and whose hidden, system and directory bits are all in
+// `mask`; "." and ".." first, then by name without regard to case. No match is
+// no error: the search is empty.
+ORVIX_API HRESULT ORVIX_CALL OxStartSearch(BSTR pattern, LONG mask, OxSearch** search);
+// S_FALSE at the end.
+ORVIX_API HRESULT ORVIX_CALL OxNextEntry(OxSearch* search, OxEntry* entry);
+ORVIX_API void ORVIX_CALL OxEndSearch(OxSearch* search);
+// Attributes, length and time of one file or directory. Errors 52, 53, 70, 76.
+ORVIX_API HRESULT ORVIX_CALL OxGetFileFacts(BSTR name, OxFileFacts* facts);
+// Makes one directory. Errors: 75 when it exists or access is denied, 76 when
+// the parent is missing, 52 for a bad name, 61.
+ORVIX_API HRESULT ORVIX_CALL OxMakeDirectory(BSTR name);
+// Deletes one file (no wildcards). Errors: 53, 55 open here, 70, 75 read-only.
+ORVIX_API HRESULT ORVIX_CALL OxDeleteFile(BSTR name);
+
+// --- Conversions, formats, random numbers -----------------------------------------------
+
+// The runtime's conversions, with its error numbers (94 for Null, 13, 6):
+// Booleans are True or False, objects give their default member. The result is
+// freed by the caller.
+ORVIX_API HRESULT ORVIX_CALL OxTextOf(const VARIANT* value, BSTR* text);
+ORVIX_API HRESULT ORVIX_CALL OxLongOf(const VARIANT* value, LONG* number);
+// A text that is no date is read as a number of days.
+ORVIX_API HRESULT ORVIX_CALL OxDateOf(const VARIANT* value, DATE* date);
+// Number format with the placeholders "0" and "#" ("00", "0#"), text format with
+// "@" and "&" ("@&").
+ORVIX_API HRESULT ORVIX_CALL OxFormatNumber(LONG value, const OLECHAR* pattern, BSTR* text);
+ORVIX_API HRESULT ORVIX_CALL OxFormatText(BSTR value, const OLECHAR* pattern, BSTR* text);
+// Upper-case hexadecimal without leading zeros, two's complement.
+ORVIX_API HRESULT ORVIX_CALL OxHexText(LONG value, BSTR* text);
+// Reads "&h" and up to 8 hexadecimal digits as an unsigned number; error 13 for
+// anything else.
+ORVIX_API HRESULT ORVIX_CALL OxHexValue(BSTR text, ULONG* value);
+// The next number of the process-wide uniform source, in [0, 1).
+ORVIX_API HRESULT ORVIX_CALL OxRandom(double* number);
+
+// --- Objects ---------------------------------------------------------------------------
+
+// A keyed collection: Add(Item, Key, Before, After), Count, Item (the default
+// member), Remove; keys without regard to case. Errors: 5 missing key, 9 wrong
+// index, 457 key used twice.
+ORVIX_API HRESULT ORVIX_CALL OxCreateCollection(IDispatch** collection);
+// The host's global object, one reference per thread until the next OxSetHost;
+// natively one whose Screen has Width, Height and MousePointer.
+ORVIX_API HRESULT ORVIX_CALL OxGlobalObject(IDispatch** global);
+ORVIX_API HRESULT ORVIX_CALL OxDoEvents();
+
+// --- Low memory ----------------------------------------------------------------------------
+
+// Blocks whose addresses lie below 2^31, 16-byte aligned; null when exhausted.
+// `OxLowSize` is the usable size, at least what was asked for.
+ORVIX_API void* ORVIX_CALL OxLowAlloc(std::size_t bytes);
+ORVIX_API void* ORVIX_CALL OxLowRealloc(void* block, std::size_t bytes);
+ORVIX_API void ORVIX_CALL OxLowFree(void* block);
+
+// --- Registry and modules (the platform's own functions) -----------------------------------------
+
+struct HKEY__;
+using HKEY = HKEY__*;  // pointer-sized; its values fit in 32 bits, sign-extended
+
+inline HKEY MakeRootKey(LONG value) {
+  return reinterpret_cast<HKEY>(static_cast<std::intptr_t>(value));  // NOLINT(performance-no-int-to-ptr)
+}
+inline constexpr LONG kClassesRoot = static_cast<LONG>(0x80000000);
+inline constexpr LONG kCurrentUser = static_cast<LONG>(0x80000001);
+inline constexpr LONG kLocalMachine = static_cast<LONG>(0x80000002);
+inline constexpr LONG kUsers = static_cast<LONG>(0x80000003);
+inline constexpr DWORD REG_SZ = 1;
+inline constexpr DWORD REG_BINARY = 3;
+inline constexpr DWORD REG_DWORD = 4;
+
+ORVIX_API LONG ORVIX_CALL RegCreateKeyExA(HKEY key, const char* name, DWORD reserved, char* className, DWORD options,
+                                          DWORD access, void* security, HKEY* opened, DWORD* disposition);
+ORVIX_API LONG ORVIX_CALL RegCreateKeyExW(HKEY key, const OLECHAR* name, DWORD reserved, OLECHAR* className,
+                                          DWORD options, DWORD access, void* security, HKEY* opened,
+                                          DWORD* disposition);
+ORVIX_API LONG ORVIX_CALL RegOpenKeyExA(HKEY key, const char* name, DWORD options, DWORD access, HKEY* opened);
+ORVIX_API LONG ORVIX_CALL RegOpenKeyExW(HKEY key, const OLECHAR* name, DWORD options, DWORD access, HKEY* opened);
+ORVIX_API LONG ORVIX_CALL RegSetValueExA(HKEY key, const char* name, DWORD reserved, DWORD type, const BYTE* data,
+                                         DWORD bytes);
+ORVIX_API LONG ORVIX_CALL RegSetValueExW(HKEY key, const OLECHAR* name, DWORD reserved, DWORD type, const BYTE* data,
+                                         DWORD bytes);
+ORVIX_API LONG ORVIX_CALL RegQueryValueExA(HKEY key, const char* name, DWORD* reserved, DWORD* type, BYTE* data,
+                                           DWORD* bytes);
+ORVIX_API LONG ORVIX_CALL RegQueryValueExW(HKEY key, const OLECHAR* name, DWORD* reserved, DWORD* type, BYTE* data,
+                                           DWORD* bytes);
+ORVIX_API LONG ORVIX_CALL RegCloseKey(HKEY key);
+ORVIX_API LONG ORVIX_CALL RegDeleteKeyA(HKEY key, const char* name);
+ORVIX_API LONG ORVIX_CALL RegDeleteKeyW(HKEY key, const OLECHAR* name);
+ORVIX_API LONG ORVIX_CALL RegDeleteValueA(HKEY key, const char* name);
+ORVIX_API LONG ORVIX_CALL RegDeleteValueW(HKEY key, const OLECHAR* name);
+ORVIX_API LONG ORVIX_CALL RegEnumKeyExA(HKEY key, DWORD index, char* name, DWORD* characters, DWORD* reserved,
+                                        char* className, DWORD* classCharacters, void* lastWrite);
+ORVIX_API LONG ORVIX_CALL RegEnumValueA(HKEY key, DWORD index, char* name, DWORD* characters, DWORD* reserved,
+                                        DWORD* type, BYTE* data, DWORD* bytes);
+
+using HMODULE = void*;
+inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 2;
+inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 4;
+ORVIX_API BOOL ORVIX_CALL GetModuleHandleExW(DWORD flags, const OLECHAR* moduleOrAddress, HMODULE* module);
+// The native file name of a module, in UTF-16; characters copied, cut at
+// `capacity` as the platform does.
+ORVIX_API DWORD ORVIX_CALL GetModuleFileNameW(HMODULE module, OLECHAR* name, DWORD capacity);
+
+// Text to and from the ANSI code page (Windows-1252, substitute "?"; the only
+// page known is CP_ACP, 0, and its own number 1252). One byte per UTF-16 unit.
+inline constexpr UINT CP_ACP = 0;
+ORVIX_API INT ORVIX_CALL MultiByteToWideChar(UINT page, DWORD flags, const char* bytes, INT count, OLECHAR* text,
+                                             INT capacity);
+ORVIX_API INT ORVIX_CALL WideCharToMultiByte(UINT page, DWORD flags, const OLECHAR* text, INT units, char* bytes,
+                                             INT capacity, const char* substitute, BOOL* substituted);
+
+#endif
