@@ -116,6 +116,11 @@ struct Argument<TextView, BSTR*> : RequiredReference {
   static TextView Get(const BSTR* text) { return ViewOf(*text); }
 };
 template <>
+struct Argument<BSTR, BSTR*> : RequiredReference {  // for members that hand the text on
+  static constexpr TypeWords kWords{.type = VT_BSTR, .by_reference = true};
+  static BSTR Get(const BSTR* text) { return *text; }
+};
+template <>
 struct Argument<const VARIANT&, VARIANT*> {
   static constexpr TypeWords kWords{.type = VT_VARIANT, .by_reference = true};
   static HRESULT Accept(const VARIANT* value) {

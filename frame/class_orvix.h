@@ -73,7 +73,7 @@ class classOrvix {
 
   // Copying and storing (files/storing.cpp)
   void MyFileCopy(TextView source, TextView destination, FalseByDefault sub_directories);
-  void StoreData(_classFilename* filename, TextView data);
+  void StoreData(_classFilename* filename, BSTR data);
   void StoreBinaryData(_classFilename* filename, ArrayOf<BYTE> data);
   void PlaySound(_classFilename* filename);
 

@@ -74,9 +74,9 @@ Variant InvokeMember(IDispatch* object, TextView name, WORD flags, std::span<con
   Variant result;
   Exception exception;
   UINT wrong_argument = 0;
-  const HRESULT outcome = held->Invoke(member, IID_NULL, LOCALE_INVARIANT, flags, &params,
-                                       new_value == nullptr ? result.Address() : nullptr, exception.Address(),
-                                       &wrong_argument);
+  const HRESULT outcome =
+      held->Invoke(member, IID_NULL, LOCALE_INVARIANT, flags, &params,
+                   new_value == nullptr ? result.Address() : nullptr, exception.Address(), &wrong_argument);
   if (outcome == DISP_E_EXCEPTION) exception.Raise();
   CheckRuntime(outcome);
   if ((result.get().vt & VT_BYREF) != 0) {

@@ -141,7 +141,7 @@ Walk WalkOccurrences(TextView text, TextView target, std::size_t from, std::size
     progress.next = at + width;
     ++progress.count;
   }
-  return {progress.count, progress.last};
+  return {progress.count, progress.count == limit ? progress.last : kNotFound};
 }
 
 std::size_t FindUnits(TextView text, TextView target, std::size_t from) {

@@ -18,7 +18,7 @@ inline constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
 
 struct Walk {
   std::size_t count;  // occurrences passed
-  std::size_t last;   // 0-based index of the last of them; kNotFound when none
+  std::size_t last;   // 0-based index of the last of them when `limit` was reached, else kNotFound
 };
 
 // Passes up to `limit` occurrences of `target` (not empty) from the 0-based

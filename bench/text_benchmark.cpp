@@ -1,0 +1,153 @@
+// MyReplace against a search-and-append loop, and Min against a plain loop over
+// the same array. Each benchmark checks its answer first.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "orvix/orvix.h"
+
+namespace {
+
+using Orvix::_classOrvix;
+
+_classOrvix* Component() {
+  static _classOrvix* const orvix = [] {
+    IClassFactory* factory = nullptr;
+    _classOrvix* made = nullptr;
+    DllGetClassObject(Orvix::CLSID_classOrvix, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+    factory->CreateInstance(nullptr, Orvix::IID__classOrvix, reinterpret_cast<void**>(&made));
+    factory->Release();
+    return made;
+  }();
+  return orvix;
+}
+
+BSTR NewText(std::u16string_view text) { return SysAllocStringLen(text.data(), static_cast<UINT>(text.size())); }
+
+// 1 MiB of words.
+std::u16string Words() {
+  constexpr std::u16string_view kWords[] = {u"the ",   u"Quick ", u"brown ", u"fox ",  u"jumps, ",
+                                            u"over ",  u"a ",     u"lazy ",  u"dog; ", u"nobody ",
+                                            u"Knows ", u"where ", u"it ",    u"went. "};
+  constexpr std::size_t kUnits = (std::size_t{1} << 20) / sizeof(char16_t);
+  std::u16string text;
+  std::uint32_t state = 1;
+  while (text.size() < kUnits) {
+    state = state * 1664525 + 1013904223;
+    text += kWords[(state >> 16) % std::size(kWords)];
+  }
+  text.resize(kUnits - 2);
+  return text += u"..";
+}
+
+std::u16string UpperAscii(std::u16string text) {
+  for (char16_t& unit : text) {
+    if (unit >= u'a' && unit <= u'z') unit = static_cast<char16_t>(unit - 0x20);
+  }
+  return text;
+}
+
+std::u16string FindAndAppend(const std::u16string& text, const std::u16string& searched, const std::u16string& target,
+                             const std::u16string& replacement) {
+  std::u16string replaced;
+  std::size_t from = 0;
+  for (std::size_t at; (at = searched.find(target, from)) != std::u16string::npos; from = at + target.size()) {
+    replaced.append(text, from, at - from).append(replacement);
+  }
+  return replaced.append(text, from);
+}
+
+struct Replacement {
+  std::u16string target;
+  std::u16string replacement;
+  bool no_case;
+};
+const Replacement kReplacements[] = {
+    {u"o", u"0", false}, {u"o", u"00", true}, {u"Quick", u"slow", false}, {u"QUICK", u"sluggish", true}};
+
+void Loop(benchmark::State& state) {
+  const Replacement& r = kReplacements[state.range(0)];
+  const std::u16string text = Words();
+  const std::u16string target = r.no_case ? UpperAscii(r.target) : r.target;
+  for (auto _ : state) {
+    if (r.no_case) {
+      benchmark::DoNotOptimize(FindAndAppend(text, UpperAscii(text), target, r.replacement));
+    } else {
+      benchmark::DoNotOptimize(FindAndAppend(text, text, target, r.replacement));
+    }
+  }
+}
+BENCHMARK(Loop)->DenseRange(0, 3);
+
+void MyReplace(benchmark::State& state) {
+  const Replacement& r = kReplacements[state.range(0)];
+  const std::u16string words = Words();
+  BSTR text = NewText(words);
+  BSTR target = NewText(r.target);
+  BSTR replacement = NewText(r.replacement);
+  VARIANT_BOOL no_case = r.no_case ? VARIANT_TRUE : VARIANT_FALSE;
+  const std::u16string expected = FindAndAppend(words, r.no_case ? UpperAscii(words) : words,
+                                                r.no_case ? UpperAscii(r.target) : r.target, r.replacement);
+  BSTR replaced = nullptr;
+  Component()->MyReplace(text, target, replacement, &no_case, nullptr, &replaced);
+  if (std::u16string_view(replaced, SysStringLen(replaced)) != expected) state.SkipWithError("wrong text");
+  SysFreeString(replaced);
+  for (auto _ : state) {
+    Component()->MyReplace(text, target, replacement, &no_case, nullptr, &replaced);
+    benchmark::DoNotOptimize(replaced);
+    SysFreeString(replaced);
+  }
+  for (BSTR used : {text, target, replacement}) SysFreeString(used);
+}
+BENCHMARK(MyReplace)->DenseRange(0, 3);
+
+constexpr ULONG kElements = 1'000'000;
+
+SAFEARRAY* Longs() {
+  SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, kElements);
+  VARIANT* elements = nullptr;
+  SafeArrayAccessData(array, reinterpret_cast<void**>(&elements));
+  std::uint32_t state = 1;
+  for (ULONG i = 0; i < kElements; ++i) {
+    state = state * 1664525 + 1013904223;
+    elements[i].vt = VT_I4;
+    elements[i].lVal = static_cast<LONG>(state >> 1);
+  }
+  elements[kElements / 2].lVal = -5;
+  SafeArrayUnaccessData(array);
+  return array;
+}
+
+LONG SmallestOf(const SAFEARRAY* array) {
+  const auto* elements = static_cast<const VARIANT*>(array->pvData);
+  LONG smallest = elements[0].lVal;
+  for (ULONG i = 0; i < array->rgsabound[0].cElements; ++i) {
+    if (elements[i].vt != VT_I4) return 0;
+    if (elements[i].lVal < smallest) smallest = elements[i].lVal;
+  }
+  return smallest;
+}
+
+void PlainMin(benchmark::State& state) {
+  SAFEARRAY* array = Longs();
+  for (auto _ : state) benchmark::DoNotOptimize(SmallestOf(array));
+  SafeArrayDestroy(array);
+}
+BENCHMARK(PlainMin);
+
+void Min(benchmark::State& state) {
+  SAFEARRAY* array = Longs();
+  VARIANT result;
+  Component()->Min(&array, &result);
+  if (result.vt != VT_I4 || result.lVal != -5) state.SkipWithError("wrong value");
+  for (auto _ : state) {
+    Component()->Min(&array, &result);
+    benchmark::DoNotOptimize(result);
+  }
+  SafeArrayDestroy(array);
+}
+BENCHMARK(Min);
+
+}  // namespace

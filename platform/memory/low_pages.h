@@ -1,0 +1,42 @@
+// Address space below 2^31, handed out in regions of 64 KiB.
+#ifndef ORVIX_PLATFORM_MEMORY_LOW_PAGES_H
+#define ORVIX_PLATFORM_MEMORY_LOW_PAGES_H
+
+#include <bitset>
+#include <cstddef>
+#include <cstdint>
+
+namespace Orvix {
+
+inline constexpr std::size_t kRegionBytes = 0x10000;
+inline constexpr std::size_t kRegionCount = 0x8000;  // up to 2^31
+
+inline std::size_t RegionOf(const void* address) { return reinterpret_cast<std::uintptr_t>(address) / kRegionBytes; }
+inline std::byte* AddressOf(std::size_t region) {
+  return reinterpret_cast<std::byte*>(region * kRegionBytes);  // NOLINT(performance-no-int-to-ptr)
+}
+
+// Not thread safe: its owner locks. Mappings start at a region and are zero.
+class LowPages {
+ public:
+  constexpr LowPages() = default;
+
+  // Null when there is no room below 2^31 or the system has no more memory.
+  [[nodiscard]] void* Map(std::size_t bytes) noexcept;
+  void Unmap(void* start, std::size_t bytes) noexcept;
+  // Grows or shrinks a mapping, moving its pages when there is no room behind
+  // it. Null leaves everything as it was.
+  [[nodiscard]] void* Resize(void* start, std::size_t old_bytes, std::size_t new_bytes) noexcept;
+
+ private:
+  [[nodiscard]] void* MapAmong(std::size_t first, std::size_t end, std::size_t count, std::size_t bytes,
+                               bool* exhausted) noexcept;
+  void Mark(std::size_t region, std::size_t count, bool used) noexcept;
+
+  std::bitset<kRegionCount> used_;
+  std::size_t cursor_ = 0;  // the search goes on below the last mapping
+};
+
+}  // namespace Orvix
+
+#endif

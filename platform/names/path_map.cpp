@@ -1,0 +1,217 @@
+// Resolution of names: splitting, ".." and the walk down from the root.
+#include "platform/names/path_map.h"
+
+#include <dirent.h>
+#include <limits.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "frame/runtime/runtime_error.h"
+#include "platform/names/case_fold.h"
+#include "platform/names/drive_map.h"
+
+namespace Orvix {
+
+namespace {
+
+constexpr LONG kBadName = 52;
+constexpr LONG kPathNotFound = 76;
+
+struct SplitName {
+  std::string base;                     // the root's directory without its "/"
+  bool relative = false;                // counted from the process's directory
+  char16_t drive = 0;                   // its letter, or 0
+  std::vector<std::string> components;  // without "." and "..", but for ".." at the front of a relative name
+  bool directory = false;               // a separator stands behind them
+};
+
+void CheckUnits(TextView name) {
+  if (name.empty()) throw RuntimeError{kBadName};
+  for (const char16_t unit : name) {
+    if (unit == u'\0' || unit == u'*' || unit == u'?') throw RuntimeError{kBadName};
+  }
+}
+
+// Takes the first component off `rest`, and all separators around it.
+TextView TakeComponent(TextView& rest) {
+  while (!rest.empty() && IsSeparator(rest.front())) rest.remove_prefix(1);
+  const TextView component = rest.substr(0, rest.find_first_of(u"\\/"));
+  rest.remove_prefix(component.size());
+  return component;
+}
+
+// Takes the root off `rest`.
+void SplitRoot(TextView& rest, SplitName& split) {
+  std::optional<std::string> directory = "";
+  if (rest.size() >= 2 && IsDriveLetter(rest[0]) && rest[1] == u':') {
+    split.drive = rest[0];
+    directory = DirectoryOfDrive(rest[0]);
+    rest.remove_prefix(2);
+  } else if (rest.size() >= 2 && IsSeparator(rest[0]) && IsSeparator(rest[1])) {
+    const TextView server = TakeComponent(rest);
+    directory = DirectoryOfShare(server, TakeComponent(rest));
+  } else {
+    split.relative = !IsSeparator(rest[0]);
+  }
+  if (!directory) throw RuntimeError{kPathNotFound};
+  split.base = *std::move(directory);
+}
+
+SplitName Split(TextView name) {
+  CheckUnits(name);
+  bool exact = true;
+  std::string ignored = ToUtf8(name, &exact);
+  if (!exact) throw RuntimeError{kBadName};
+  SplitName split;
+  split.directory = IsSeparator(name.back());
+  SplitRoot(name, split);
+  while (!name.empty()) {
+    const TextView component = TakeComponent(name);
+    if (component.empty() || component == u".") continue;
+    auto& components = split.components;
+    if (component != u"..") {
+      components.push_back(ToUtf8(component));
+    } else if (!components.empty() && components.back() != "..") {
+      components.pop_back();
+    } else if (split.relative) {
+      components.emplace_back("..");
+    }
+  }
+  return split;
+}
+
+// `path` and the components from `first` on.
+std::string Joined(std::string path, const SplitName& split, std::size_t first) {
+  for (std::size_t i = first; i < split.components.size(); ++i) {
+    if (!path.empty() || !split.relative) path += '/';
+    path += split.components[i];
+  }
+  if (split.components.empty()) {
+    if (path.empty()) path = split.relative ? "." : "/";
+  } else if (split.directory) {
+    path += '/';
+  }
+  return path;
+}
+
+bool IsThere(const std::string& path) {
+  struct stat ignored;
+  return lstat(path.c_str(), &ignored) == 0;
+}
+
+struct DirectoryCloser {
+  void operator()(DIR* directory) const { closedir(directory); }
+};
+
+char LowerAscii(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte; }
+
+bool IsAscii(std::string_view bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<signed char>(byte) >= 0; });
+}
+
+bool EqualNativeNames(std::string_view a, std::string_view b) {
+  if (!IsAscii(a) || !IsAscii(b)) return EqualNames(FromUtf8(a), FromUtf8(b));
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
+}
+
+// False when no other spelling of `component` can exist.
+bool HasCase(std::string_view component) {
+  return std::any_of(component.begin(), component.end(), [](char byte) {
+    return static_cast<signed char>(byte) < 0 || (LowerAscii(byte) >= 'a' && LowerAscii(byte) <= 'z');
+  });
+}
+
+// The entry of `directory` that is `component` in another case; of several the
+// lowest by bytes, so that the answer is stable. Empty when there is none.
+std::string OtherCase(const std::string& directory, std::string_view component) {
+  std::string found;
+  if (!HasCase(component)) return found;
+  const std::unique_ptr<DIR, DirectoryCloser> entries(opendir(directory.c_str()));
+  if (entries == nullptr) return found;
+  while (const dirent* entry = readdir(entries.get())) {
+    const std::string_view name = entry->d_name;
+    if (EqualNativeNames(name, component) && (found.empty() || name < found)) found = name;
+  }
+  return found;
+}
+
+// Looks one component up in `directory` (with its "/", or empty): the spelling
+// on disk, or empty when it is not there. `*unknown` when that cannot be told,
+// so that the call that uses the name shall say why.
+std::string LookUp(const std::string& directory, const std::string& component, bool* unknown) {
+  if (IsThere(directory + component)) return component;
+  *unknown = errno != ENOENT;
+  if (*unknown) return {};
+  return OtherCase(directory.empty() ? "." : directory, component);
+}
+
+std::string WithoutDotsAndSpaces(const std::string& component) {
+  return component.substr(0, component.find_last_not_of(". ") + 1);
+}
+
+// Walks down from the root, component by component.
+NativeName Walk(const SplitName& split) {
+  std::string path = split.base;
+  for (std::size_t i = 0; i < split.components.size(); ++i) {
+    const std::string& component = split.components[i];
+    const std::string directory = path.empty() && split.relative ? "" : path + "/";
+    bool unknown = false;
+    std::string found = LookUp(directory, component, &unknown);
+    if (const std::string plain = WithoutDotsAndSpaces(component);
+        found.empty() && !unknown && !plain.empty() && plain != component) {
+      found = LookUp(directory, plain, &unknown);
+    }
+    if (found.empty()) {
+      struct stat facts;
+      const bool no_directory = stat(directory.empty() ? "." : directory.c_str(), &facts) != 0 && errno == ENOENT;
+      const bool inner = i + 1 < split.components.size();
+      return {Joined(std::move(path), split, i), !unknown && (inner || no_directory), false};
+    }
+    path = directory + found;
+  }
+  if (split.directory && !split.components.empty()) path += '/';
+  return {Joined(std::move(path), split, split.components.size()), false, false};
+}
+
+}  // namespace
+
+NativeName NameAsGiven(TextView name) {
+  const SplitName split = Split(name);
+  return {Joined(split.base, split, 0), false, split.components.empty() && !split.relative};
+}
+
+NativeName ResolveName(TextView name) {
+  const SplitName split = Split(name);
+  NativeName as_given{Joined(split.base, split, 0), false, split.components.empty() && !split.relative};
+  if (IsThere(as_given.path) || errno != ENOENT) return as_given;
+  if (split.drive != 0) MakeOwnDrive(split.drive);
+  if (split.components.empty()) return as_given;
+  return Walk(split);
+}
+
+std::string NativePath(TextView name) {
+  NativeName resolved = ResolveName(name);
+  if (resolved.parent_missing) throw RuntimeError{kPathNotFound};
+  return std::move(resolved.path);
+}
+
+std::string AbsolutePath(std::string native) {
+  if (!native.empty() && native.front() == '/') return native;
+  char here[PATH_MAX];
+  if (getcwd(here, sizeof here) == nullptr) throw RuntimeError{kPathNotFound};
+  std::string absolute = here;
+  if (native.empty()) return absolute;
+  if (absolute.back() != '/') absolute += '/';
+  return absolute + native;
+}
+
+}  // namespace Orvix

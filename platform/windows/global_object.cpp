@@ -1,0 +1,131 @@
+// The application's global object: the host's, else one whose Screen has the
+// display's Width and Height (in units of 1/15 pixel) and its MousePointer.
+#include "platform/windows/global_object.h"
+
+#include <utility>
+
+#include "frame/runtime/runtime_error.h"
+#include "platform/automation/late_object.h"
+#include "platform/host/host_table.h"
+#include "platform/windows/display.h"
+
+namespace Orvix {
+namespace {
+
+constexpr LONG kUnitsPerPixel = 15;
+
+void StoreLong(VARIANT* result, LONG number) {
+  result->lVal = number;
+  result->vt = VT_I4;
+}
+
+class Screen final : public LateObject {
+ protected:
+  enum Member : DISPID { kWidth = 1, kHeight, kMousePointer };
+
+  [[nodiscard]] std::span<const LateMember> Members() const noexcept override {
+    static constexpr LateMember kMembers[] = {
+        {kWidth, u"Width", DISPATCH_PROPERTYGET},
+        {kHeight, u"Height", DISPATCH_PROPERTYGET},
+        {kMousePointer, u"MousePointer", DISPATCH_PROPERTYGET | DISPATCH_PROPERTYPUT},
+    };
+    return kMembers;
+  }
+  [[nodiscard]] TextView ClassName() const noexcept override { return u"Orvix.Screen"; }
+
+  void Call(DISPID member, const LateArguments& arguments, VARIANT* result) override {
+    const std::shared_ptr<Display> display = CurrentDisplay();
+    if (arguments.put_value != nullptr) return display->SetPointer(LongOfArgument(*arguments.put_value));
+    switch (member) {
+      case kWidth:
+        return StoreLong(result, display->Width() * kUnitsPerPixel);
+      case kHeight:
+        return StoreLong(result, display->Height() * kUnitsPerPixel);
+      default:
+        return StoreLong(result, display->Pointer());
+    }
+  }
+};
+
+class NativeGlobal final : public LateObject {
+ protected:
+  [[nodiscard]] std::span<const LateMember> Members() const noexcept override {
+    static constexpr LateMember kMembers[] = {{1, u"Screen", DISPATCH_PROPERTYGET}};
+    return kMembers;
+  }
+  [[nodiscard]] TextView ClassName() const noexcept override { return u"Orvix.Global"; }
+
+  void Call(DISPID, const LateArguments&, VARIANT* result) override {
+    screen_->AddRef();
+    result->pdispVal = screen_.get();
+    result->vt = VT_DISPATCH;
+  }
+
+ private:
+  LateOwner<Screen> screen_ = MakeLateObject<Screen>();
+};
+
+// One thread's reference and the host generation that it was fetched under.
+class ThreadGlobal {
+ public:
+  ThreadGlobal() = default;
+  ThreadGlobal(const ThreadGlobal&) = delete;
+  ThreadGlobal& operator=(const ThreadGlobal&) = delete;
+  ~ThreadGlobal() { Forget(); }
+
+  [[nodiscard]] IDispatch* Get(uint64_t generation) const { return generation == generation_ ? object_ : nullptr; }
+  void Keep(IDispatch* object, uint64_t generation) {
+    Forget();
+    object_ = object;
+    generation_ = generation;
+  }
+  void Forget() {
+    generation_ = 0;
+    // Taken out first: the last release may run code that comes back here.
+    if (IDispatch* const old = std::exchange(object_, nullptr); old != nullptr) old->Release();
+  }
+
+ private:
+  IDispatch* object_ = nullptr;
+  uint64_t generation_ = 0;
+};
+
+ThreadGlobal& TheThreadGlobal() {
+  thread_local ThreadGlobal global;
+  return global;
+}
+
+}  // namespace
+
+void ForgetGlobalObject() noexcept { TheThreadGlobal().Forget(); }
+
+}  // namespace Orvix
+
+HRESULT ORVIX_CALL OxGlobalObject(IDispatch** global) {
+  if (global == nullptr) return E_POINTER;
+  *global = nullptr;
+  return Orvix::AtRuntimeEdge([&] {
+    Orvix::ThreadGlobal& kept = Orvix::TheThreadGlobal();
+    IDispatch* object = kept.Get(Orvix::HostGeneration());
+    if (object == nullptr) {
+      // Table and generation of one moment: an object of a host that leaves
+      // meanwhile is kept under that host's generation, and so never again used.
+      const Orvix::HostState host = Orvix::CurrentHostState();
+      object = host.table.GlobalObject != nullptr ? host.table.GlobalObject(host.table.context)
+                                                  : Orvix::MakeLateObject<Orvix::NativeGlobal>().release();
+      if (object == nullptr) throw Orvix::RuntimeError{91};
+      kept.Keep(object, host.generation);
+    }
+    object->AddRef();
+    *global = object;
+  });
+}
+
+HRESULT ORVIX_CALL OxDoEvents() {
+  const OxHost host = Orvix::CurrentHost();
+  if (host.DoEvents != nullptr) {
+    host.DoEvents(host.context);
+    return S_OK;
+  }
+  return Orvix::AtRuntimeEdge([] { Orvix::CurrentDisplay()->HandleEvents(); });
+}

@@ -1,0 +1,87 @@
+// A host may show a dialog. Without one nobody is at the screen: the request
+// becomes one record of the system log and is answered with IDOK at once.
+#include "platform/windows/message_box.h"
+
+#include <syslog.h>
+
+#include <mutex>
+#include <new>
+
+#include "orvix/platform.h"
+#include "platform/host/host_table.h"
+
+namespace Orvix {
+namespace {
+
+constinit std::mutex log_mutex;
+
+bool IsControl(char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit <= 0x9F); }
+
+std::string EscapeOf(char16_t unit) {
+  if (unit == u'\t') return "\\t";
+  if (unit == u'\n') return "\\n";
+  if (unit == u'\r') return "\\r";
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string escape = unit < 0x80 || unit >= 0xDC80 ? "\\x" : "\\u00";
+  escape += kDigits[unit >> 4 & 0xF];
+  escape += kDigits[unit & 0xF];
+  return escape;
+}
+
+void AppendLine(std::string& line, TextView text) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char16_t unit = text[at];
+    if (unit == u'\r' && at + 1 < text.size() && text[at + 1] == u'\n') {
+      line += ' ';
+      ++at;
+    } else if (text_detail::IsHigh(unit) && at + 1 < text.size() && text_detail::IsLow(text[at + 1])) {
+      line += ToUtf8(text.substr(at++, 2));
+    } else if (IsControl(unit) || (unit >= 0xDC80 && unit <= 0xDCFF)) {
+      line += EscapeOf(unit);
+    } else {
+      line += ToUtf8(text.substr(at, 1));
+    }
+  }
+}
+
+// The icon of the box says how bad it is: 16 stop, 48 exclamation mark.
+int SeverityOf(UINT style) {
+  const UINT icon = style & 0xF0;
+  return icon == MB_ICONERROR ? LOG_ERR : icon == 0x30 ? LOG_WARNING : LOG_NOTICE;
+}
+
+TextView ViewOfUnits(const OLECHAR* text) { return text == nullptr ? TextView{} : TextView{text}; }
+
+}  // namespace
+
+std::string LogRecordOf(TextView text, TextView title) {
+  constexpr std::string_view kCutMark = "...";
+  std::string line;
+  AppendLine(line, title);
+  if (!line.empty()) line += ": ";
+  AppendLine(line, text);
+  if (line.size() > kLongestLogRecord) {
+    std::size_t end = kLongestLogRecord - kCutMark.size();
+    while ((static_cast<unsigned char>(line[end]) & 0xC0) == 0x80) --end;
+    line.resize(end);
+    line += kCutMark;
+  }
+  return line;
+}
+
+}  // namespace Orvix
+
+INT ORVIX_CALL MessageBoxW(void*, const OLECHAR* text, const OLECHAR* title, UINT style) {
+  const OxHost host = Orvix::CurrentHost();
+  if (host.MessageBox != nullptr) return host.MessageBox(host.context, text, static_cast<LONG>(style), title);
+  try {
+    const std::string record = Orvix::LogRecordOf(Orvix::ViewOfUnits(text), Orvix::ViewOfUnits(title));
+    const std::lock_guard lock(Orvix::log_mutex);
+    // The name is the process's: an application that logs under its own may
+    // have set it since the last time.
+    openlog("Orvix", 0, LOG_USER);
+    syslog(LOG_USER | Orvix::SeverityOf(style), "%s", record.c_str());
+  } catch (const std::bad_alloc&) {  // a report that cannot be built is dropped
+  }
+  return IDOK;
+}

@@ -1,0 +1,37 @@
+// Placing windows and looking for input: the host's way, else the display's.
+#include <new>
+
+#include "orvix/platform.h"
+#include "platform/host/host_table.h"
+#include "platform/windows/display.h"
+
+namespace {
+
+// Handles have 32 bits for a host; the platform keeps them sign-extended.
+LONG HandleBits(const void* handle) { return static_cast<LONG>(reinterpret_cast<std::intptr_t>(handle)); }
+
+}  // namespace
+
+BOOL ORVIX_CALL SetWindowPos(void* window, void* after, INT x, INT y, INT cx, INT cy, UINT flags) {
+  const OxHost host = Orvix::CurrentHost();
+  if (host.SetWindowPos != nullptr) {
+    return host.SetWindowPos(host.context, HandleBits(window), HandleBits(after), x, y, cx, cy,
+                             static_cast<LONG>(flags));
+  }
+  try {
+    const Orvix::WindowPlace place{HandleBits(after), x, y, cx, cy, flags};
+    return Orvix::CurrentDisplay()->PlaceWindow(reinterpret_cast<std::uintptr_t>(window), place) ? 1 : 0;
+  } catch (const std::bad_alloc&) {
+    return 0;
+  }
+}
+
+BOOL ORVIX_CALL GetInputState() {
+  const OxHost host = Orvix::CurrentHost();
+  if (host.GetInputState != nullptr) return host.GetInputState(host.context);
+  try {
+    return Orvix::CurrentDisplay()->HasPendingInput() ? 1 : 0;
+  } catch (const std::bad_alloc&) {
+    return 0;
+  }
+}

@@ -1,0 +1,171 @@
+// The smallest and largest value: rounding against comparing, zeros, other
+// types, bounds and reports.
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "tests/support/component.h"
+#include "tests/support/recording_host.h"
+#include "tests/text/safe_arrays.h"
+
+namespace Orvix::testing {
+namespace {
+
+constexpr LONG kLargest = std::numeric_limits<LONG>::max();
+constexpr LONG kSmallest = std::numeric_limits<LONG>::min();
+
+using Slot = HRESULT (_classOrvix::*)(SAFEARRAY**, VARIANT*);
+struct ValueMember {
+  Slot slot;
+  TextView report;
+};
+constexpr ValueMember kMin{&_classOrvix::Min, u"Error Min."};
+constexpr ValueMember kMax{&_classOrvix::Max, u"Error Max."};
+constexpr ValueMember kMinButZero{&_classOrvix::MinButZero, u"Error MinButZero."};
+constexpr ValueMember kMaxButZero{&_classOrvix::MaxButZero, u"Error MaxButZero."};
+constexpr ValueMember kMembers[] = {kMin, kMax, kMinButZero, kMaxButZero};
+
+class ArrayValuesTest : public ::testing::Test {
+ protected:
+  void ExpectLong(const ValueMember& member, SafeArray& array, LONG expected) {
+    Variant result;
+    EXPECT_EQ((orvix_.get()->*member.slot)(array.Address(), result.Address()), S_OK);
+    EXPECT_EQ(result.get().vt, VT_I4);
+    EXPECT_EQ(result.get().lVal, expected);
+    EXPECT_TRUE(host_.boxes.empty());
+    host_.boxes.clear();
+  }
+  void ExpectReport(const ValueMember& member, SafeArray& array, TextView description) {
+    Variant result(LONG{99});
+    EXPECT_EQ((orvix_.get()->*member.slot)(array.Address(), result.Address()), S_OK);
+    EXPECT_EQ(result.get().vt, VT_I2);
+    EXPECT_EQ(result.get().iVal, 0);
+    ASSERT_EQ(host_.boxes.size(), 1U);
+    EXPECT_EQ(host_.boxes[0].text, Text(member.report).append(u"\r\n").append(description));
+    EXPECT_EQ(host_.boxes[0].style, 16);
+    EXPECT_EQ(host_.boxes[0].title, u"Orvix");
+    host_.boxes.clear();
+  }
+
+  RecordingHost host_;
+  ComPtr<_classOrvix> orvix_ = MakeOrvix();
+};
+
+struct ValueCase {
+  const char* label;
+  std::vector<VARIANT> elements;
+  LONG min;
+  LONG max;
+  LONG min_but_zero;
+  LONG max_but_zero;
+};
+
+TEST_F(ArrayValuesTest, FindsTheValues) {
+  const ValueCase cases[] = {
+      {"longs", {I4(5), I4(3), I4(9)}, 3, 9, 3, 9},
+      {"zero first", {I4(0), I4(4)}, 0, 4, 4, 4},
+      {"zeros at both ends", {I4(0), I4(4), I4(2), I4(0)}, 0, 4, 2, 4},
+      {"negative", {I4(0), I4(-4), I4(-2)}, -4, 0, -4, -2},
+      {"nothing but zeros", {I4(0), I4(0)}, 0, 0, 0, 0},
+      {"limits", {I4(kLargest), I4(kSmallest)}, kSmallest, kLargest, kSmallest, kLargest},
+      {"Empty is a zero", {Empty(), I4(7)}, 0, 7, 7, 7},
+      {"Null is passed over", {I4(3), Null(), I4(1)}, 1, 3, 1, 3},
+      {"shorts", {I2(7), I2(-300)}, -300, 7, -300, 7},
+      {"True is -1", {Bool(VARIANT_TRUE), I4(5), Bool(VARIANT_FALSE)}, -1, 5, -1, 5},
+      // The result is rounded, the elements are not.
+      {"2.5 is below the 3 of 2.6", {R8(2.6), R8(2.5)}, 2, 3, 2, 3},
+      {"a half goes to the even side", {R8(1.5)}, 2, 2, 2, 2},
+      {"a nonzero that rounds to 0", {R8(0.4), I4(3)}, 0, 3, 0, 3},
+      {"negative halves", {R8(-0.5), R8(-3.5)}, -4, 0, -4, 0},
+      {"longs round others", {I4(5), R8(1.5), I4(2), R8(0.4)}, 0, 5, 0, 5},
+      {"zero behind another type", {R8(3), I4(0), I4(8), I4(0)}, 0, 8, 3, 8},
+  };
+  for (const ValueCase& c : cases) {
+    SCOPED_TRACE(c.label);
+    SafeArray array(c.elements);
+    ExpectLong(kMin, array, c.min);
+    ExpectLong(kMax, array, c.max);
+    ExpectLong(kMinButZero, array, c.min_but_zero);
+    ExpectLong(kMaxButZero, array, c.max_but_zero);
+  }
+}
+
+TEST_F(ArrayValuesTest, ScansFromIndexZero) {
+  SafeArray array({I4(-9), I4(50), I4(4), I4(6)}, -2);
+  ExpectLong(kMin, array, 4);
+  ExpectLong(kMax, array, 6);
+  ExpectLong(kMinButZero, array, 4);
+  ExpectLong(kMaxButZero, array, 6);
+  SafeArray above_zero({I4(1), I4(2)}, 1);
+  for (const ValueMember& member : kMembers) ExpectReport(member, above_zero, u"Subscript out of range");
+  SafeArray below_zero({I4(1), I4(2)}, -2);
+  ExpectReport(kMin, below_zero, u"Subscript out of range");
+  ExpectLong(kMaxButZero, below_zero, 0);
+}
+
+TEST_F(ArrayValuesTest, AnArrayWithoutElementsHasNoValueButMayCountAsZeros) {
+  SafeArray array(std::vector<VARIANT>{});
+  ExpectReport(kMin, array, u"Subscript out of range");
+  ExpectReport(kMax, array, u"Subscript out of range");
+  ExpectLong(kMinButZero, array, 0);
+  ExpectLong(kMaxButZero, array, 0);
+}
+
+TEST_F(ArrayValuesTest, ReportsWhatIsNoArrayOfValues) {
+  SafeArray unallocated;
+  SafeArray longs(VT_I4, 0, 3);
+  SafeArray plane = SafeArray::TwoDimensions(VT_VARIANT);
+  for (const ValueMember& member : kMembers) {
+    ExpectReport(member, unallocated, u"Subscript out of range");
+    ExpectReport(member, longs, u"Type mismatch");
+    ExpectReport(member, plane, u"Subscript out of range");
+  }
+}
+
+TEST_F(ArrayValuesTest, ATextIsAboveEveryNumber) {
+  const Variant five(TextView(u"5"));
+  SafeArray numbers({I4(9), five.get()});
+  ExpectLong(kMin, numbers, 9);
+  ExpectLong(kMax, numbers, 5);
+  const Variant word(TextView(u"abc"));
+  SafeArray words({I4(1), word.get()});
+  ExpectLong(kMin, words, 1);
+  ExpectReport(kMax, words, u"Type mismatch");
+  SafeArray word_first({word.get()});
+  ExpectReport(kMinButZero, word_first, u"Type mismatch");
+}
+
+TEST_F(ArrayValuesTest, ReportsWhatIsNoLong) {
+  SafeArray large({I4(1), R8(2147483647.5)});
+  ExpectLong(kMin, large, 1);
+  ExpectReport(kMax, large, u"Overflow");
+  SafeArray null_first({Null(), I4(7)});
+  ExpectReport(kMin, null_first, u"Type mismatch");
+  ExpectLong(kMinButZero, null_first, 7);
+}
+
+TEST_F(ArrayValuesTest, FollowsReferences) {
+  LONG eight = 8;
+  VARIANT inner = R8(-2.5);
+  SafeArray array({I4(1), ByReference(VT_I4, &eight), ByReference(VT_VARIANT, &inner)});
+  ExpectLong(kMin, array, -2);
+  ExpectLong(kMax, array, 8);
+  ExpectLong(kMaxButZero, array, 8);
+}
+
+TEST_F(ArrayValuesTest, FindsTheLimitsOfManyLongs) {
+  std::vector<VARIANT> elements;
+  std::uint32_t state = 12345;
+  for (int i = 0; i < 1000; ++i) {
+    state = state * 1664525 + 1013904223;
+    elements.push_back(i % 7 == 0 ? I4(0) : I4(static_cast<LONG>(state) / 2));
+  }
+  elements[400] = I4(-2147000000);
+  elements[401] = I4(2147000000);
+  SafeArray array(elements);
+  ExpectLong(kMin, array, -2147000000);
+  ExpectLong(kMax, array, 2147000000);
+}
+
+}  // namespace
+}  // namespace Orvix::testing
