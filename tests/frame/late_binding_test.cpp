@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "frame/error.h"
+#include "frame/text_primitives.h"
 #include "tests/support/component.h"
 
 namespace Orvix::testing {
@@ -171,7 +172,7 @@ TEST(LateBindingTest, TellsObjectsFromOtherValues) {
   EXPECT_FALSE(ObjectOf(held));
   const auto number_of = [](const Variant& value) -> LONG {
     try {
-      ObjectOf(value);
+      (void)ObjectOf(value);
     } catch (const Error& error) {
       return error.number();
     }

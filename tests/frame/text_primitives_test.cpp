@@ -85,7 +85,7 @@ TEST(WalkOccurrences, AgreesWithAPlainWalk) {
   std::mt19937 random(20261122);
   for (int round = 0; round < 4000; ++round) {
     Text text(random() % 700, u'a');
-    const unsigned spread = 2 + random() % 12;  // dense and sparse finds
+    const auto spread = 2 + random() % 12;  // dense and sparse finds
     for (char16_t& unit : text) unit = static_cast<char16_t>(u'a' + random() % spread);
     Text target(1 + random() % 4, u'a');
     for (char16_t& unit : target) unit = static_cast<char16_t>(u'a' + random() % 2);
