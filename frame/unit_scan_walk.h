@@ -37,8 +37,7 @@ inline std::size_t CountFourBlocks(TextView text, TextView target, std::size_t b
 }
 
 // The whole blocks of a walk; returns the first index that was not looked at.
-inline std::size_t WalkBlocks(TextView text, TextView target, std::size_t from, std::size_t limit,
-                              Progress& progress) {
+inline std::size_t WalkBlocks(TextView text, TextView target, std::size_t from, std::size_t limit, Progress& progress) {
   const std::size_t width = target.size();
   const char16_t* units = text.data();
   std::size_t block = from;

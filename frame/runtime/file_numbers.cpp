@@ -1,6 +1,7 @@
 // File numbers: one table for the process. Its mutex guards the table alone;
 // transfers hold the mutex of their own file, so that one number never waits for
 // another.
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <mutex>
@@ -19,6 +20,8 @@ constexpr LONG kBadMode = 54;
 constexpr LONG kAlreadyOpen = 55;
 constexpr LONG kBadPosition = 63;
 constexpr LONG kTooManyFiles = 67;
+
+constexpr std::size_t kPrintPiece = 65536;  // units
 
 constexpr SHORT kLastNumber = 511;
 constexpr SHORT kLastFreeNumber = 255;
@@ -197,8 +200,11 @@ HRESULT ORVIX_CALL OxFileLength(SHORT number, LONG* length) {
 HRESULT ORVIX_CALL OxPrintFile(SHORT number, BSTR text) {
   return AtRuntimeEdge([&] {
     TheTable().At(number)->Use(kOxModeOutput, [&](OpenedFile& file) {
-      const std::string bytes = NativeFiles().ToAnsi(ViewOf(text));
-      file.Write(bytes.data(), bytes.size());
+      // In pieces that stay in the processor's cache.
+      for (TextView rest = ViewOf(text); !rest.empty(); rest.remove_prefix(std::min(kPrintPiece, rest.size()))) {
+        const std::string bytes = NativeFiles().ToAnsi(rest.substr(0, kPrintPiece));
+        file.Write(bytes.data(), bytes.size());
+      }
     });
   });
 }

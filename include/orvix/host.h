@@ -14,7 +14,7 @@ struct OxHost {
   void* context;  // handed to every member as its first argument
   LONG (*MessageBox)(void* context, const OLECHAR* text, LONG style, const OLECHAR* title);
   LONG (*SHFileOperationA)(void* context, void* request);  // 30 bytes; may write the aborted flag at 18
-  LONG (*ShellExecuteA)
+  LONG(*ShellExecuteA)
   (void* context, LONG hwnd, const char* verb, const char* file, const char* parameters, const char* directory,
    LONG show);
   LONG (*WinHelpA)(void* context, LONG hwnd, const char* file, LONG command, LONG data);
@@ -33,7 +33,7 @@ struct OxHost {
   uint32_t (*GetTickCount)(void* context);
   // Progress of a native shell operation, at most about ten times a second;
   // non-zero cancels.
-  LONG (*FileProgress)
+  LONG(*FileProgress)
   (void* context, const OLECHAR* name, int64_t itemsDone, int64_t itemsTotal, int64_t bytesDone, int64_t bytesTotal);
   // A confirmation (kind 1 overwrite, 2 delete, 3 make directory), answered
   // with 0 no, 1 yes, 2 yes to all, 3 cancel.

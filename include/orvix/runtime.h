@@ -135,7 +135,8 @@ ORVIX_API HRESULT ORVIX_CALL OxDoEvents();
 // --- Low memory ----------------------------------------------------------------------------
 
 // Blocks whose addresses lie below 2^31, 16-byte aligned; null when exhausted.
-// `OxLowSize` is the usable size, at least what was asked for.
+// Growing keeps the content; the old block stays when it fails. Freeing null is
+// harmless.
 ORVIX_API void* ORVIX_CALL OxLowAlloc(std::size_t bytes);
 ORVIX_API void* ORVIX_CALL OxLowRealloc(void* block, std::size_t bytes);
 ORVIX_API void ORVIX_CALL OxLowFree(void* block);

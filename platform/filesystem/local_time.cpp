@@ -38,17 +38,22 @@ DATE LocalDateOf(std::int64_t seconds) {
 
 LocalDates::LocalDates() {
   tzset();
-  quarters_.fill({std::numeric_limits<std::int64_t>::min(), 0});
+  quarters_.fill({std::numeric_limits<std::int64_t>::min(), 0, false});
 }
 
 DATE LocalDates::DateOf(std::int64_t seconds) {
   const std::int64_t index = FloorOf(seconds, kQuarter);
   Quarter& quarter = quarters_[static_cast<std::uint64_t>(index) % quarters_.size()];
   if (quarter.index != index) {
-    const std::int64_t first = OffsetAt(index * kQuarter);
-    // Old rules change within a quarter; such a quarter is not remembered.
-    if (first != OffsetAt(index * kQuarter + kQuarter - 1)) return DateOfLocal(seconds + OffsetAt(seconds));
-    quarter = {index, first};
+    // A quarter that is met only once is not worth asking about both its ends.
+    quarter = {index, 0, false};
+    return DateOfLocal(seconds + OffsetAt(seconds));
+  }
+  if (!quarter.known) {
+    quarter.offset = OffsetAt(index * kQuarter);
+    quarter.known = quarter.offset == OffsetAt(index * kQuarter + kQuarter - 1);
+    // Old rules change within a quarter.
+    if (!quarter.known) return DateOfLocal(seconds + OffsetAt(seconds));
   }
   return DateOfLocal(seconds + quarter.offset);
 }

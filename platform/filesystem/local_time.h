@@ -23,7 +23,8 @@ class LocalDates {
  private:
   struct Quarter {
     std::int64_t index;   // of the quarter since 1970
-    std::int64_t offset;  // seconds to add, the same for all of it
+    std::int64_t offset;  // seconds to add, once `known` to be the same for all of it
+    bool known;
   };
   std::array<Quarter, 256> quarters_;
 };

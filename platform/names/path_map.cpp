@@ -95,7 +95,7 @@ std::string Joined(std::string path, const SplitName& split, std::size_t first) 
     path += split.components[i];
   }
   if (split.components.empty()) {
-    if (path.empty()) path = split.relative ? "." : "/";
+    if (path.empty()) path.push_back(split.relative ? '.' : '/');
   } else if (split.directory) {
     path += '/';
   }

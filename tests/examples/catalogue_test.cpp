@@ -46,7 +46,7 @@ TEST_F(CatalogueTest, LaysNamesOutInColumns) {
   EXPECT_EQ(result.out,
             "Name   Extension  Size  Date\n"
             "a      txt           1  2002-11-01 00:00:00\n"
-            "b      TXT           5  2002-11-30 10:00:00\n"
+            "b      txt           5  2002-11-30 10:00:00\n"
             "C.tar  gz           12  2001-09-09 01:46:40\n"
             "3 files\n");
 }

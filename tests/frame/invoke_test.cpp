@@ -126,11 +126,9 @@ TEST_F(InvokeTest, NamedArgumentsFindTheirPlaces) {
   ASSERT_EQ(orvix_->Invoke(14, IID_NULL, 0, DISPATCH_METHOD, &params, result.Receive(), nullptr, nullptr), S_OK);
   EXPECT_EQ(ViewOf(result.get().bstrVal), u"c");
   named[0] = 0;  // taken by position already
-  EXPECT_EQ(orvix_->Invoke(14, IID_NULL, 0, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr),
-            DISP_E_PARAMNOTFOUND);
+  EXPECT_EQ(orvix_->Invoke(14, IID_NULL, 0, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr), DISP_E_PARAMNOTFOUND);
   named[0] = 7;
-  EXPECT_EQ(orvix_->Invoke(14, IID_NULL, 0, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr),
-            DISP_E_PARAMNOTFOUND);
+  EXPECT_EQ(orvix_->Invoke(14, IID_NULL, 0, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr), DISP_E_PARAMNOTFOUND);
 }
 
 TEST_F(InvokeTest, WritesBackIntoWhatTheCallerPassed) {
@@ -240,9 +238,9 @@ TEST_F(InvokeTest, TheCallersOwnValueIsKept) {
   EXPECT_EQ(value, 0);
   EXPECT_EQ(orvix_->put_lChopCodeTiming2(-2147483647 - 1), S_OK);
   Variant result;
-  EXPECT_EQ(InvokeNamed(orvix_.get(), u"lChopCodeTiming2", DISPATCH_PROPERTYGET | DISPATCH_METHOD, {},
-                        result.Receive()),
-            S_OK);
+  EXPECT_EQ(
+      InvokeNamed(orvix_.get(), u"lChopCodeTiming2", DISPATCH_PROPERTYGET | DISPATCH_METHOD, {}, result.Receive()),
+      S_OK);
   EXPECT_EQ(result.get().lVal, -2147483647 - 1);
 }
 

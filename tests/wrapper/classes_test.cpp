@@ -232,15 +232,15 @@ TEST(WrapperComponent, RegistrationDecidesWhetherTheRegistryKnows) {
   const Component component = Component::Load(LibraryFile());
   component.Unregister();
   try {
-    const Stack stack(Component::Registered());
+    const Filename name(Component::Registered());
     FAIL() << "the class is not registered";
   } catch (const Error& error) {
     EXPECT_EQ(error.Number(), 429);
   }
   component.Register();
-  Stack stack(Component::Registered());
-  stack.Push(1);
-  EXPECT_EQ(stack.Size(), 1);
+  Filename name(Component::Registered());
+  name.SetCompleteFilename("a.b");
+  EXPECT_EQ(name.Extension(), "b");
   EXPECT_TRUE(Component::Registered().TypeLibrary());
   component.Unregister();
 }

@@ -64,7 +64,15 @@ TEST_F(LocalTimeTest, AChangeWithinAQuarterOfAnHourIsSeen) {
   SetZone("AAA-1BBB,M3.5.0/2:05,M10.5.0/3:05");  // five minutes past the hour
   MakeFile("a", 1616893200 + 299);
   MakeFile("b", 1616893200 + 300);
-  const std::vector<DATE> expected = {44283 + 7499 / 86400.0, 44283 + 11100 / 86400.0};
+  MakeFile("c", 1616893200 + 1);
+  MakeFile("d", 1616893200 + 899);
+  // The quarter after it has one rule throughout.
+  MakeFile("e", 1616893200 + 900);
+  MakeFile("f", 1616893200 + 901);
+  MakeFile("g", 1616893200 + 1799);
+  const std::vector<DATE> expected = {44283 + 7499 / 86400.0,  44283 + 11100 / 86400.0, 44283 + 7201 / 86400.0,
+                                      44283 + 11699 / 86400.0, 44283 + 11700 / 86400.0, 44283 + 11701 / 86400.0,
+                                      44283 + 12599 / 86400.0};
   EXPECT_EQ(Listed(), expected);
 }
 

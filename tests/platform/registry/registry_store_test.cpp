@@ -237,7 +237,7 @@ TEST_F(DamageTest, ADamagedLineCostsItsOwnValueOnly) {
       // The address alone is not needed, so damage there costs nothing, nor does a
       // line end right before the verb; a value is never silently gone or another.
       EXPECT_TRUE(two == "code 1009" || two == "Two") << i << ": " << two << "\n" << damaged;
-      EXPECT_EQ(two == "Two", (i >= 9 && i <= 17 && (damage != '\n' || i >= 16)) || i == lines[2].size())
+      EXPECT_EQ(two == "Two", (i >= 8 && i <= 17 && (damage != '\n' || i >= 16)) || i == lines[2].size())
           << i << " " << two;
       EXPECT_EQ(Get("One"), "One") << i;
       EXPECT_EQ(Get("Three"), "Three") << i;

@@ -1,7 +1,11 @@
 // File numbers: the table, modes, transfer, and who may open what.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <fstream>
 #include <iterator>
@@ -86,6 +90,13 @@ TEST_F(FileNumbersTest, OutputEmptiesAndPrintsTheTextAlone) {
   EXPECT_EQ(got, 0);
   EXPECT_EQ(Close(1), 0);
   EXPECT_EQ(Content("a"), "A\x80?");
+}
+
+TEST_F(FileNumbersTest, LongTextsArePrintedWhole) {
+  ASSERT_EQ(Open(Name(u"\\a"), 1, kOxModeOutput), 0);
+  EXPECT_EQ(Print(1, Text(65535, u'a') + u"\u20AC\u0100" + Text(70000, u'b')), 0);
+  EXPECT_EQ(Close(1), 0);
+  EXPECT_TRUE(Content("a") == std::string(65535, 'a') + "\x80?" + std::string(70000, 'b'));
 }
 
 TEST_F(FileNumbersTest, BinaryGoesOnWhereTheLastTransferEnded) {
@@ -179,6 +190,26 @@ TEST_F(FileNumbersTest, WritingToAFullDeviceIsDiskFull) {
   EXPECT_EQ(Close(1), 0);
   ASSERT_EQ(Open(u"\\dev\\full", 1, kOxModeBinary), 0);
   EXPECT_EQ(Put(1, "x"), 61);
+}
+
+TEST_F(FileNumbersTest, RunningOutOfDescriptorsIsTooManyFilesAndLeavesNothingOpen) {
+  directory_.Write("a", "keep");
+  const Text name = Name(u"\\a");
+  const int lowest = open("/", O_RDONLY | O_CLOEXEC);
+  close(lowest);
+  rlimit before{};
+  getrlimit(RLIMIT_NOFILE, &before);
+  // One descriptor more is for the file, a second for its lock.
+  for (int more = 0; more < 2; ++more) {
+    const rlimit few{static_cast<rlim_t>(lowest + more), before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &few);
+    const LONG error = Open(name, 1, kOxModeOutput);
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(error, 67) << more;
+    EXPECT_EQ(Content("a"), "keep");
+    EXPECT_EQ(Free(), 1);
+  }
+  EXPECT_EQ(Open(name, 1, kOxModeOutput), 0);
 }
 
 TEST_F(FileNumbersTest, AnOpenFileKeepsItsFormerLengthForOthers) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <latch>
 #include <thread>
 #include <vector>
 
@@ -43,11 +44,15 @@ TEST(RandomTest, NeighboursAreIndependent) {
 }
 
 TEST(RandomTest, NoTwoThreadsDrawTheSameNumber) {
+  constexpr int kDraws = 200000;
   std::array<std::vector<double>, 4> drawn;
+  std::latch start(4);
   std::vector<std::thread> threads;
   for (std::vector<double>& mine : drawn) {
-    threads.emplace_back([&mine] {
-      for (int i = 0; i < 200000; ++i) mine.push_back(Next());
+    threads.emplace_back([&mine, &start] {
+      mine.reserve(kDraws);
+      start.arrive_and_wait();
+      for (int i = 0; i < kDraws; ++i) mine.push_back(Next());
     });
   }
   for (std::thread& thread : threads) thread.join();
