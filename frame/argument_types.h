@@ -27,7 +27,15 @@ struct TypeWords {
   DefaultValue default_value{};
 };
 
-inline bool IsMissing(const VARIANT& value) { return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND; }
+// Whether a VARIANT stands for an omitted argument, references followed.
+inline bool IsMissing(const VARIANT& value) {
+  const VARIANT* held = &value;
+  for (int depth = 0; held->vt == (VT_BYREF | VT_VARIANT) && held->pvarVal != nullptr && depth < 16; ++depth) {
+    held = held->pvarVal;
+  }
+  if (held->vt == (VT_BYREF | VT_ERROR)) return held->pscode != nullptr && *held->pscode == DISP_E_PARAMNOTFOUND;
+  return held->vt == VT_ERROR && held->scode == DISP_E_PARAMNOTFOUND;
+}
 
 // ---- Parameters ------------------------------------------------------------------
 //

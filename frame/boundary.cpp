@@ -22,15 +22,14 @@ void PublishErrorInfo(const Text& source, const Text& description) noexcept {
   if (SUCCEEDED(created->QueryInterface(IID_IErrorInfo, info.ReceiveVoid()))) SetErrorInfo(0, info.get());
 }
 
-HRESULT PublishError(const Error& error, std::string_view class_name) noexcept {
+HRESULT PublishError(LONG number, TextView source, TextView description, std::string_view class_name) noexcept {
   try {
-    const Text source =
-        error.source().empty() ? Text(u"Orvix.").append(class_name.begin(), class_name.end()) : error.source();
-    PublishErrorInfo(source, error.description());
+    const Text given = source.empty() ? Text(u"Orvix.").append(class_name.begin(), class_name.end()) : Text(source);
+    PublishErrorInfo(given, Text(description));
   } catch (const std::bad_alloc&) {
     SetErrorInfo(0, nullptr);  // the number still arrives
   }
-  return ResultOfNumber(error.number());
+  return ResultOfNumber(number);
 }
 
 }  // namespace
@@ -39,9 +38,9 @@ HRESULT ResultOfCurrentException(std::string_view class_name) noexcept {
   try {
     throw;
   } catch (const Error& error) {
-    return PublishError(error, class_name);
+    return PublishError(error.number(), error.source(), error.description(), class_name);
   } catch (const std::bad_alloc&) {
-    return PublishError(Error(kOutOfMemory, {}, Text(kOutOfMemoryText)), class_name);
+    return PublishError(kOutOfMemory, {}, kOutOfMemoryText, class_name);
   } catch (const PendingMember&) {
     SetErrorInfo(0, nullptr);
     return E_NOTIMPL;

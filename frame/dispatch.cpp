@@ -90,10 +90,11 @@ const MemberRow* DispatchIndex::RowOf(DISPID id, WORD flags, bool put_object) co
 
 const MemberRow* DispatchIndex::AnyRowOf(DISPID id) const {
   if (id < 0 || static_cast<std::size_t>(id) >= accessors_.size()) return nullptr;
+  const MemberRow* longest = nullptr;
   for (const MemberRow* row : accessors_[static_cast<std::size_t>(id)].of_kind) {
-    if (row != nullptr) return row;
+    if (row != nullptr && (longest == nullptr || row->count > longest->count)) longest = row;
   }
-  return nullptr;
+  return longest;
 }
 
 HRESULT LookUpNames(const DispatchIndex& index, REFIID riid, OLECHAR** names, UINT count, DISPID* ids) noexcept {

@@ -22,7 +22,7 @@ class DispatchIndex {
   // The accessor of the kinds in `flags` (DISPATCH_METHOD ...); null when there
   // is none. `put_object`: whether put and putref together mean putref.
   [[nodiscard]] const MemberRow* RowOf(DISPID id, WORD flags, bool put_object) const;
-  // Any accessor of a member, for its parameter names.
+  // The accessor of a member with the most parameters, for their names.
   [[nodiscard]] const MemberRow* AnyRowOf(DISPID id) const;
   [[nodiscard]] bool Has(DISPID id) const { return AnyRowOf(id) != nullptr; }
 

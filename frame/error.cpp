@@ -50,7 +50,9 @@ void RaiseFailureOfObject(HRESULT failure) {
 }
 
 HRESULT ResultOfNumber(LONG number) noexcept {
-  if (number == 0) return E_FAIL;
+  // Numbers above this have no way back.
+  constexpr LONG kLargest = 0x1FFFF;
+  if (number == 0 || number > kLargest) return E_FAIL;
   if (number < 0) return number;
   return static_cast<HRESULT>(0x800A0000U + static_cast<ULONG>(number));
 }

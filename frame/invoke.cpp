@@ -130,14 +130,17 @@ class Call {
     const VARTYPE held = inner->vt & kTypeBits;
     const bool by_typed_reference = (inner->vt & VT_BYREF) != 0;
     if (held == words.type && words.iid == nullptr) {
-      if (by_typed_reference) {
+      // A by-value text is the member's own: the caller's variable may change
+      // while the member runs.
+      const bool own_copy = words.type == VT_BSTR && !words.by_reference && (by_typed_reference || inner != argument);
+      if (by_typed_reference && !own_copy) {
         if (inner->byref == nullptr) return DISP_E_TYPEMISMATCH;
         arguments_[i] = inner->byref;
         return S_OK;
       }
       // A by-reference parameter writes into a by-reference VARIANT in place; a
       // by-value argument is the caller's own and must not change.
-      if (!words.written || inner != argument) {
+      if (!own_copy && (!words.written || inner != argument)) {
         arguments_[i] = &inner->llVal;
         return S_OK;
       }
@@ -161,7 +164,8 @@ class Call {
     }
     if (FAILED(result)) return result;
     arguments_[i] = &passed.temporary.llVal;
-    if (words.by_reference && by_reference && words.iid == nullptr && (words.type & VT_ARRAY) == 0) {
+    // What a member only reads stays as the caller has it.
+    if (words.written && by_reference) {
       passed.write_back = (inner->vt & VT_BYREF) != 0 ? WriteBack::kIntoTyped : WriteBack::kIntoVariant;
     }
     return S_OK;
@@ -300,10 +304,14 @@ class Returned {
   FileType record_{};
 };
 
-bool IsObject(const VARIANT& argument) {
-  const VARTYPE held = argument.vt & kTypeBits;
-  if (held != VT_VARIANT) return held == VT_DISPATCH || held == VT_UNKNOWN;
-  return argument.pvarVal != nullptr && IsObject(*argument.pvarVal);
+// Whether the value of a put is an object.
+bool PutsObject(const DISPPARAMS& params) {
+  for (UINT i = 0; i < params.cNamedArgs; ++i) {
+    if (params.rgdispidNamedArgs[i] != DISPID_PROPERTYPUT) continue;
+    const VARTYPE held = Innermost(&params.rgvarg[i])->vt & kTypeBits;
+    return held == VT_DISPATCH || held == VT_UNKNOWN;
+  }
+  return false;
 }
 
 }  // namespace
@@ -315,8 +323,7 @@ HRESULT InvokeByName(const DispatchIndex& index, IDispatch* object, DISPID membe
       (params->cNamedArgs != 0 && params->rgdispidNamedArgs == nullptr)) {
     return E_INVALIDARG;
   }
-  const bool put_object = params->cArgs != 0 && IsObject(params->rgvarg[0]);
-  const MemberRow* row = index.RowOf(member, flags, put_object);
+  const MemberRow* row = index.RowOf(member, flags, PutsObject(*params));
   if (row == nullptr) return DISP_E_MEMBERNOTFOUND;
   const bool put = row->kind == INVOKE_PROPERTYPUT || row->kind == INVOKE_PROPERTYPUTREF;
   Call call(*row);

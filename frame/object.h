@@ -71,7 +71,7 @@ class Object : public Interface, public ISupportErrorInfo {
     using Signature = row_detail::Signature<decltype(Member)>;
     using R = typename Signature::Result;
     using Traits = Result<R, Target*>;
-    if (result == nullptr) return E_POINTER;
+    if (result == nullptr) return Refuse(E_POINTER);
     Traits::Clear(result);
     return Run<Member>(
         [&](auto&&... arguments) {
@@ -93,6 +93,12 @@ class Object : public Interface, public ISupportErrorInfo {
   }
 
  private:
+  // A call that never reaches the member leaves no error info behind.
+  static HRESULT Refuse(HRESULT reason) noexcept {
+    SetErrorInfo(0, nullptr);
+    return reason;
+  }
+
   template <auto Member, class Body, class... Slots>
   HRESULT Run(Body&& body, Slots... slots) noexcept {
     using Parameters = typename row_detail::Signature<decltype(Member)>::Parameters;
@@ -104,10 +110,7 @@ class Object : public Interface, public ISupportErrorInfo {
     ((SUCCEEDED(accepted) ? void(accepted = Argument<std::tuple_element_t<I, Parameters>, Slots>::Accept(slots))
                           : void()),
      ...);
-    if (FAILED(accepted)) {
-      SetErrorInfo(0, nullptr);
-      return accepted;
-    }
+    if (FAILED(accepted)) return Refuse(accepted);
     return AtBoundary(Plain::kClassName,
                       [&] { body(Argument<std::tuple_element_t<I, Parameters>, Slots>::Get(slots)...); });
   }

@@ -167,8 +167,11 @@ class TypeInfo final : public Immortal<ITypeInfo> {
   }
 
   HRESULT ORVIX_CALL GetIDsOfNames(OLECHAR** names, UINT count, MEMBERID* ids) noexcept override {
-    if (!names_) return DISP_E_UNKNOWNNAME;
-    return LookUpNames(*names_, IID_NULL, names, count, ids);
+    if (names_) return LookUpNames(*names_, IID_NULL, names, count, ids);
+    if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
+    std::fill_n(ids, count, DISPID_UNKNOWN);
+    if (names[0] != nullptr) ids[0] = MemberOf(names[0]);
+    return count == 1 && ids[0] != DISPID_UNKNOWN ? S_OK : DISP_E_UNKNOWNNAME;
   }
   HRESULT ORVIX_CALL Invoke(void* instance, MEMBERID member, WORD flags, DISPPARAMS* params, VARIANT* result,
                             EXCEPINFO* exception, UINT* argument_error) noexcept override {
@@ -201,7 +204,11 @@ class TypeInfo final : public Immortal<ITypeInfo> {
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
     if (entry_.class_entry == nullptr) return TYPE_E_TYPEMISMATCH;
-    return AtBoundary(entry_.name, [&] { CheckObject(entry_.class_entry->create()->QueryInterface(riid, object)); });
+    try {
+      return entry_.class_entry->create()->QueryInterface(riid, object);
+    } catch (...) {
+      return ResultOfCurrentException(entry_.name);
+    }
   }
   HRESULT ORVIX_CALL GetMops(MEMBERID, BSTR* mops) noexcept override {
     if (mops == nullptr) return E_POINTER;
@@ -228,18 +235,11 @@ class TypeInfo final : public Immortal<ITypeInfo> {
 
  private:
   const NamedItem* ItemOf(MEMBERID member) const {
-    const std::size_t at = static_cast<std::size_t>(member - ItemId(0));
-    return member >= ItemId(0) && at < entry_.items.size() ? &entry_.items[at] : nullptr;
+    if (member < ItemId(0)) return nullptr;
+    const auto at = static_cast<std::size_t>(member - ItemId(0));
+    return at < entry_.items.size() ? &entry_.items[at] : nullptr;
   }
-  const MemberRow* LongestRowOf(MEMBERID member) const {
-    if (!names_) return nullptr;
-    const MemberRow* longest = nullptr;
-    for (const WORD kind : {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF}) {
-      const MemberRow* row = names_->RowOf(member, kind, true);
-      if (row != nullptr && (longest == nullptr || row->count > longest->count)) longest = row;
-    }
-    return longest;
-  }
+  const MemberRow* LongestRowOf(MEMBERID member) const { return names_ ? names_->AnyRowOf(member) : nullptr; }
 
   const TypeEntry& entry_;
   std::size_t index_;

@@ -72,8 +72,8 @@ struct DirectoryCloser {
 // One directory on its way into a sink.
 class Listing {
  public:
-  Listing(const NativeName& directory, EntrySink& sink)
-      : entries_(opendir(directory.path.c_str())), sink_(sink), is_root_(directory.is_root) {
+  Listing(const NativeName& directory, EntrySink& sink) : sink_(sink), is_root_(directory.is_root) {
+    entries_.reset(opendir(directory.path.c_str()));  // last, so that errno is still its own
     if (entries_ == nullptr) FailWithErrno(errno, FileTask::kDirectory);
     descriptor_ = dirfd(entries_.get());
   }

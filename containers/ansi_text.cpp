@@ -1,0 +1,63 @@
+#include "containers/ansi_text.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace Orvix::component {
+
+namespace {
+
+constexpr std::size_t kFour = 4;
+
+// Packs four ASCII units into four bytes; false when one is not ASCII.
+inline bool PackFour(const char16_t* units, BYTE* bytes) {
+  std::uint64_t four = 0;
+  std::memcpy(&four, units, sizeof four);
+  if ((four & 0xFF80FF80FF80FF80U) != 0) return false;
+  four = (four | four >> 8) & 0x0000FFFF0000FFFFU;
+  const auto packed = static_cast<std::uint32_t>(four | four >> 16);
+  std::memcpy(bytes, &packed, sizeof packed);
+  return true;
+}
+
+}  // namespace
+
+bool Narrow(TextView text, BYTE* bytes) noexcept {
+  constexpr std::size_t kShort = 64;
+  const std::size_t size = text.size();
+  // Short ASCII, as in a text built piece by piece, is not worth a call.
+  if (size >= kFour && size <= kShort) {
+    std::size_t at = 0;
+    while (at + kFour <= size && PackFour(text.data() + at, bytes + at)) at += kFour;
+    if (at + kFour > size && PackFour(text.data() + size - kFour, bytes + size - kFour)) return true;
+  }
+  if (size == 0) return true;
+  BOOL substituted = 0;
+  WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<INT>(size), reinterpret_cast<char*>(bytes),
+                      static_cast<INT>(size), nullptr, &substituted);
+  return substituted == 0;
+}
+
+std::string Narrowed(TextView text) {
+  std::string bytes(text.size(), '\0');
+  Narrow(text, reinterpret_cast<BYTE*>(bytes.data()));
+  return bytes;
+}
+
+Text Widened(std::string_view bytes) {
+  Text text(bytes.size(), u'\0');
+  const auto size = static_cast<INT>(bytes.size());
+  if (size > 0) MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, text.data(), size);
+  return text;
+}
+
+const VARIANT& Followed(const VARIANT& value) {
+  constexpr int kMostReferences = 16;
+  const VARIANT* held = &value;
+  for (int i = 0; i < kMostReferences && held->vt == (VT_BYREF | VT_VARIANT) && held->pvarVal != nullptr; ++i) {
+    held = held->pvarVal;
+  }
+  return *held;
+}
+
+}  // namespace Orvix::component
