@@ -1,0 +1,65 @@
+// Copying an entry with everything below it: content, times and modes. Links
+// are copied as links. Each file gets its name only when it is whole.
+#ifndef ORVIX_PLATFORM_SHELL_COPY_TREE_H
+#define ORVIX_PLATFORM_SHELL_COPY_TREE_H
+
+#include <sys/stat.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/shell/copy_content.h"
+#include "platform/shell/operation.h"
+#include "platform/shell/spellings.h"
+
+namespace Orvix::Shell {
+
+// What was copied whole, so that a move can take away just that.
+struct CopiedEntry {
+  std::string name;
+  struct stat facts;  // when it was opened
+  bool whole = false;
+  std::vector<CopiedEntry> below;  // of a directory
+};
+
+// Entry counts and bytes below and with an entry, for progress.
+void ExpectTree(Progress& progress, int directory, const char* name, bool with_bytes);
+
+class TreeCopier {
+ public:
+  explicit TreeCopier(Operation& operation) : operation_(operation), content_(operation.progress) {}
+
+  // Where one entry comes from and goes to. The directories are open; the paths
+  // are those of the entries themselves, for the user's eyes.
+  struct Route {
+    int from;
+    const char* name;
+    int to;
+    std::string to_name;
+    bool fresh;  // the target directory was made for this copy: nothing is there
+  };
+
+  // False when the user kept something from being copied. `copied` may be null.
+  // After a failure the files copied so far stay.
+  bool Copy(const Route& route, std::string& from_path, std::string& to_path, CopiedEntry* copied);
+
+ private:
+  bool CopyEntry(const Route& route, unsigned char type, CopiedEntry* copied, int depth);
+  bool CopyDirectory(const Route& route, CopiedEntry* copied, int depth);
+  bool CopyContent(int in, int out, bool made, CopiedEntry* copied, int depth);
+  bool CopyFile(const Route& route, CopiedEntry* copied);
+  bool CopyLinkOrSpecial(const Route& route, CopiedEntry* copied);
+  template <class Stage>
+  bool Place(const Route& route, Stage&& stage);
+
+  Operation& operation_;
+  ContentCopier content_;
+  mode_t mask_ = 0777;
+  bool mask_known_ = false;
+  std::string* from_path_ = nullptr;
+  std::string* to_path_ = nullptr;
+};
+
+}  // namespace Orvix::Shell
+
+#endif

@@ -1,0 +1,77 @@
+// Reports come at most about ten times a second; the first few at once, so that
+// a short operation is seen and can be cancelled too.
+#include "platform/shell/progress.h"
+
+#include <chrono>
+
+#include "frame/runtime/runtime_error.h"
+#include "platform/names/path_map.h"
+#include "platform/shell/results.h"
+
+namespace Orvix::Shell {
+
+namespace {
+
+constexpr std::int64_t kBetweenReports_ms = 100;
+
+std::int64_t Now_ms() {
+  using std::chrono::milliseconds;
+  return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+// The name a host knows the file by; a native one that no drive holds stays.
+Text ShownName(const std::string& path) {
+  try {
+    return PlatformName(path);
+  } catch (const RuntimeError&) {
+    return FromUtf8(path);
+  }
+}
+
+constexpr LONG kNo = 0;
+constexpr LONG kYesToAll = 2;
+constexpr LONG kCancel = 3;
+
+}  // namespace
+
+Progress::Progress(const OxHost& host, const Request& request)
+    : host_(host),
+      flags_(request.flags),
+      title_(request.title),
+      watched_(host.FileProgress != nullptr && !request.Has(kSilent)) {}
+
+void Progress::Report(const std::string& path) {
+  const std::int64_t now = Now_ms();
+  if (first_reports_ > 0) {
+    --first_reports_;
+  } else if (now < next_report_ms_) {
+    return;
+  }
+  next_report_ms_ = now + kBetweenReports_ms;
+  const Text shown = (flags_ & kSimpleProgress) != 0 ? title_ : ShownName(path);
+  // What grew since it was counted shall not exceed the total.
+  const std::int64_t items = items_done_ > items_total_ ? items_done_ : items_total_;
+  const std::int64_t bytes = bytes_done_ > bytes_total_ ? bytes_done_ : bytes_total_;
+  if (host_.FileProgress(host_.context, shown.c_str(), items_done_, items, bytes_done_, bytes) != 0) Cancel();
+}
+
+bool Progress::Asks(LONG kind) const {
+  if (host_.FileQuestion == nullptr || (flags_ & kNoConfirmation) != 0) return false;
+  return kind != kOxAskMakeDirectory || (flags_ & kNoConfirmMakeDir) == 0;
+}
+
+bool Progress::Allows(LONG kind, const std::string& path) {
+  if (!Asks(kind) || yes_to_all_[kind]) return true;
+  const LONG answer = host_.FileQuestion(host_.context, kind, ShownName(path).c_str());
+  if (answer == kCancel) Cancel();
+  if (answer == kYesToAll) yes_to_all_[kind] = true;
+  if (answer == kNo) aborted_ = true;
+  return answer != kNo;
+}
+
+void Progress::Cancel() {
+  aborted_ = true;
+  throw ShellError{kCancelled};
+}
+
+}  // namespace Orvix::Shell

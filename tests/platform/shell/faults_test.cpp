@@ -1,0 +1,192 @@
+// What goes wrong: rights, limits, names, and names that lost characters. The
+// code says which it was, and what was there before is there still.
+#include <signal.h>
+#include <sys/resource.h>
+
+#include "platform/names/lost_characters.h"
+#include "platform/shell/file_request.h"
+#include "support/ordinary_user.h"
+
+namespace Orvix::testing {
+namespace {
+
+// A lower limit of the process for the length of a scope.
+class Limit {
+ public:
+  Limit(int resource, rlim_t value) : resource_(resource) {
+    getrlimit(static_cast<__rlimit_resource>(resource), &before_);
+    rlimit lowered = before_;
+    lowered.rlim_cur = value;
+    setrlimit(static_cast<__rlimit_resource>(resource), &lowered);
+  }
+  Limit(const Limit&) = delete;
+  Limit& operator=(const Limit&) = delete;
+  ~Limit() { setrlimit(static_cast<__rlimit_resource>(resource_), &before_); }
+
+ private:
+  int resource_;
+  rlimit before_{};
+};
+
+using FaultTest = ShellTest;
+
+TEST_F(FaultTest, AFileBeyondTheLimitLeavesTheOldOne) {
+  Make("a=1 t/big=old");
+  std::ofstream("big") << std::string(100'000, 'x');
+  {
+    const Limit limit(RLIMIT_FSIZE, 50'000);
+    EXPECT_EQ(Perform(kCopying, {"a", "big"}, {"t"}), (Outcome{0x85, 0}));
+  }
+  EXPECT_EQ(Listing("t"), "a=1 big=old");
+}
+
+TEST_F(FaultTest, EveryLackOfDescriptorsEndsCleanly) {
+  Make("d/x=1 d/s/y=2 t/d/x=9");
+  rlim_t free_from = 0;
+  while (fcntl(static_cast<int>(free_from), F_GETFD) >= 0) ++free_from;
+  bool done = false;
+  int refused = 0;
+  // One descriptor more each time until the copy gets through.
+  for (rlim_t extra = 0; extra < 20 && !done; ++extra) {
+    Outcome outcome{};
+    {
+      const Limit limit(RLIMIT_NOFILE, free_from + extra);
+      outcome = Perform(kCopying, {"d"}, {"t"});
+    }
+    done = outcome == kDone;
+    if (!done) {
+      EXPECT_EQ(outcome, (Outcome{4, 0})) << extra;
+      ++refused;
+    }
+    const std::string x = ContentOf("t/d/x");
+    EXPECT_TRUE(x == "9" || x == "1") << x;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator("t")) {
+      EXPECT_FALSE(entry.path().filename().string().starts_with(".orvix-")) << entry.path();
+    }
+  }
+  EXPECT_TRUE(done);
+  EXPECT_GE(refused, 4);
+  EXPECT_EQ(Listing("t/d"), "s/ s/y=2 x=1");
+}
+
+struct Denial {
+  const char* name;
+  std::uint32_t operation;
+  std::vector<std::string> from;
+  std::vector<std::string> to;
+  INT code;
+};
+class DeniedTest : public ShellTest, public ::testing::WithParamInterface<Denial> {};
+
+TEST_P(DeniedTest, LeavesEverything) {
+  Make("secret=1 locked/x=2 open/y=3 hidden/z=4");
+  chmod("secret", 0);
+  chmod("locked", 0555);
+  chmod("hidden", 0311);
+  for (const char* name : {"open", "open/y"}) chmod(name, 0777);
+  const std::string before = Now();
+  Outcome outcome{};
+  {
+    const OrdinaryUser user;
+    if (!user.ok()) GTEST_SKIP() << "cannot give up rights";
+    outcome = Perform(GetParam().operation, GetParam().from, GetParam().to);
+  }
+  EXPECT_EQ(outcome, (Outcome{GetParam().code, 0}));
+  EXPECT_EQ(Now(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rights, DeniedTest,
+                         ::testing::Values(Denial{"UnreadableFile", kCopying, {"secret"}, {"open"}, 0x78},
+                                           Denial{"UnwritableTarget", kCopying, {"open\\y"}, {"locked"}, 5},
+                                           Denial{
+                                               "NewDirectoryInUnwritable", kCopying, {"open\\y"}, {"locked\\n\\y"}, 5},
+                                           Denial{"ReplaceInUnwritable", kCopying, {"open\\y"}, {"locked\\x"}, 5},
+                                           Denial{"DeleteFromUnwritable", kDeleting, {"locked\\x"}, {}, 0x78},
+                                           Denial{"DeleteTreeUnwritable", kDeleting, {"locked"}, {}, 0x78},
+                                           Denial{"MoveFromUnwritable", kMoving, {"locked\\x"}, {"open"}, 5},
+                                           Denial{"ListUnreadable", kDeleting, {"hidden\\*"}, {}, 0x78},
+                                           Denial{"RenameInUnwritable", kRenaming, {"locked\\x"}, {"locked\\y"}, 5}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(FaultTest, WriteProtectedFilesAreReplacedAndDeleted) {
+  Make("a=1 b=2 d/c=3");
+  chmod("b", 0444);
+  chmod("d/c", 0444);
+  chmod(".", 0777);
+  EXPECT_EQ(Perform(kCopying, {"a"}, {"b"}), kDone);
+  EXPECT_EQ(Perform(kDeleting, {"d"}, {}), kDone);
+  EXPECT_EQ(Now(), "a=1 b=1");
+}
+
+TEST_F(FaultTest, NamesThatAreTooLong) {
+  Make("a=1");
+  const std::string name(256, 'n');
+  EXPECT_EQ(Perform(kCopying, {"a"}, {name}), (Outcome{0x81, 0}));
+  EXPECT_EQ(Perform(kCopying, {name}, {"b"}), (Outcome{0x81, 0}));
+  std::string deep = "d";
+  for (int i = 0; i < 2100; ++i) deep += "\\d";
+  EXPECT_EQ(Perform(kCopying, {"a"}, {deep}), (Outcome{0x79, 0}));
+  EXPECT_EQ(Now(), "a=1");
+}
+
+TEST_F(FaultTest, LinksThatLoopAreNoWay) {
+  Make("a=1 l>m m>l");
+  EXPECT_EQ(Perform(kCopying, {"l\\x"}, {"b"}), (Outcome{0x7C, 0}));
+  EXPECT_EQ(Perform(kCopying, {"a"}, {"l\\x"}), (Outcome{0x7C, 0}));
+  EXPECT_EQ(Now(), "a=1 l>m m>l");
+}
+
+TEST_F(FaultTest, DeepTrees) {
+  std::string path = ".";
+  for (int i = 0; i < 200; ++i) path += "/d";
+  std::filesystem::create_directories(path);
+  EXPECT_EQ(Perform(kCopying, {"d"}, {"e"}), kDone);
+  EXPECT_EQ(Perform(kDeleting, {"d", "e"}, {}), kDone);
+  EXPECT_EQ(Now(), "");
+}
+
+// As after a conversion into the code page that put its substitute at `lost`.
+Outcome DeleteConverted(const std::string& name, std::size_t lost) {
+  const std::string list = NameList({name});
+  const LowBytes bytes(list);
+  NoteLostCharacters({bytes.get(), list.size()}, lost);
+  const Outcome outcome = RunRequest(kDeleting, 0x10, bytes.Address(), 0);
+  ForgetLostCharacters({bytes.get(), list.size()});
+  return outcome;
+}
+
+TEST_F(FaultTest, ALostCharacterIsNoWildcard) {
+  Make("a1=1 a2=2");
+  EXPECT_EQ(DeleteConverted("a?", 1), (Outcome{0x7C, 0}));
+  EXPECT_EQ(Now(), "a1=1 a2=2");
+  EXPECT_EQ(Perform(kDeleting, {"a?"}, {}), kDone);
+  EXPECT_EQ(Now(), "");
+}
+
+TEST_F(FaultTest, ALossBehindTheEndOfTheListIsNone) {
+  Make("a1=1");
+  const std::string list("a?\0\0b?\0\0", 8);
+  const LowBytes bytes(list);
+  NoteLostCharacters({bytes.get(), list.size()}, 5);
+  EXPECT_EQ(RunRequest(kDeleting, 0x10, bytes.Address(), 0), kDone);
+  EXPECT_EQ(Now(), "");
+  ForgetLostCharacters({bytes.get(), list.size()});
+}
+
+TEST(LostCharactersTest, AreKnownByPlaceAndContent) {
+  char bytes[] = "x?y";
+  char same[] = "x?y";
+  NoteLostCharacters({bytes, 3}, 1);
+  EXPECT_TRUE(LostCharacters({bytes, 3}));
+  EXPECT_FALSE(LostCharacters({bytes, 1}));
+  EXPECT_FALSE(LostCharacters({same, 3}));
+  bytes[0] = 'z';  // someone else's bytes by now
+  EXPECT_FALSE(LostCharacters({bytes, 3}));
+  bytes[0] = 'x';
+  EXPECT_TRUE(LostCharacters({bytes, 3}));
+  ForgetLostCharacters({bytes + 2, 1});
+  EXPECT_FALSE(LostCharacters({bytes, 3}));
+}
+
+}  // namespace
+}  // namespace Orvix::testing
