@@ -22,6 +22,10 @@ struct OxHost {
   LONG (*GetOpenFileNameA)(void* context, void* request);  // 76 bytes
   LONG (*sndPlaySoundA)(void* context, const char* name, LONG flags);
   LONG (*SetWindowPos)(void* context, LONG hwnd, LONG after, LONG x, LONG y, LONG cx, LONG cy, LONG flags);
+  // These two lend the calling thread's event queue, which only the host can
+  // see, whatever its toolkit. GetInputState: non-zero when mouse-button or key
+  // events wait; looks, waits for nothing and removes nothing. DoEvents: handles
+  // all events that wait, then returns. Where they are null nothing waits.
   LONG (*GetInputState)(void* context);
   void (*DoEvents)(void* context);
   // The reference passes to the caller, who keeps one per thread until the next
@@ -48,5 +52,15 @@ inline constexpr LONG kOxAskMakeDirectory = 3;
 // service call under way keeps the table that it started with. E_INVALIDARG
 // when `size` does not reach past `context`.
 ORVIX_API HRESULT ORVIX_CALL OxSetHost(const OxHost* host);
+
+// Takes a window of the application (an X window id) among those over which the
+// native screen's MousePointer shows, at once; `named` 0 takes it out again and
+// gives it the default pointer, that of its parent. Windows inside it follow,
+// unless they have a pointer of their own. Naming twice is naming once; a window
+// that is destroyed needs no taking out. S_FALSE when there is no such window,
+// when it is a root window, or when one taken out was not in; E_INVALIDARG for
+// null. Without a display nothing happens, which is a success. Safe from any
+// thread.
+ORVIX_API HRESULT ORVIX_CALL OxNameWindow(void* window, BOOL named);
 
 #endif

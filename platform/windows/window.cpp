@@ -1,6 +1,8 @@
-// Placing windows and looking for input: the host's way, else the display's.
+// Placing and naming windows and looking for input: the host's way, else the
+// display's.
 #include <new>
 
+#include "frame/runtime/runtime_error.h"
 #include "orvix/platform.h"
 #include "platform/host/host_table.h"
 #include "platform/windows/display.h"
@@ -34,4 +36,12 @@ BOOL ORVIX_CALL GetInputState() {
   } catch (const std::bad_alloc&) {
     return 0;
   }
+}
+
+HRESULT ORVIX_CALL OxNameWindow(void* window, BOOL named) {
+  if (window == nullptr) return E_INVALIDARG;
+  bool done = false;
+  const HRESULT result = Orvix::AtRuntimeEdge(
+      [&] { done = Orvix::CurrentDisplay()->NameWindow(reinterpret_cast<std::uintptr_t>(window), named != 0); });
+  return FAILED(result) || done ? result : S_FALSE;
 }

@@ -17,6 +17,9 @@ int main(int argc, char** argv) {
   setenv("ORVIX_REGISTRY", (directory + "/registry").c_str(), 1);
   setenv("XDG_DATA_HOME", directory.c_str(), 1);
   unsetenv("ORVIX_DRIVES");
+  // Nobody's screen is touched; tests that need one start their own.
+  unsetenv("DISPLAY");
+  unsetenv("WAYLAND_DISPLAY");
   setenv("TZ", "UTC0", 1);
   testing::InitGoogleTest(&argc, argv);
   const int result = RUN_ALL_TESTS();
