@@ -31,7 +31,7 @@ class ArgumentText {
       view_ = ViewOf(value.bstrVal);
       return;
     }
-    CheckObject(OxTextOf(&value, owned_.Receive()));
+    CheckConversion(OxTextOf(&value, owned_.Receive()));
     view_ = owned_.View();
   }
   [[nodiscard]] TextView View() const { return view_; }

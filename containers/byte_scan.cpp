@@ -7,6 +7,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #if defined(__x86_64__) || defined(_M_X64) || defined(__i386__) || defined(_M_IX86)
@@ -46,24 +47,37 @@ std::uint8_t CommonnessOf(char byte) { return kCommonness[static_cast<unsigned c
 struct Scan {
   const char* bytes;
   std::string_view pattern;
-  std::size_t first;
+  std::size_t first;  // indexes of the two chosen bytes, in no order
   std::size_t second;
   std::size_t from;
   std::size_t at;
   std::size_t end;       // one past the last position where the pattern could start
   std::size_t cost = 0;  // bytes compared in vain
+  std::size_t vain = 0;  // comparisons in vain
 };
+
+inline std::uint64_t EightBytes(const char* from) {
+  std::uint64_t eight = 0;
+  std::memcpy(&eight, from, sizeof eight);
+  return eight;
+}
+
+// The chosen bytes were no good here: the first one that differs takes the place
+// of the older of them, so that the scan learns what is rare in these bytes.
+inline void ChooseByteThatDiffers(Scan& scan, std::size_t at) {
+  std::size_t differs = 0;
+  while (scan.bytes[at + differs] == scan.pattern[differs]) ++differs;
+  scan.second = std::exchange(scan.first, differs);
+}
 
 inline bool MatchesAt(Scan& scan, std::size_t at) {
   constexpr std::size_t kGlance = 8;
+  constexpr std::size_t kPatience = 16;
   const std::size_t size = scan.pattern.size();
-  const std::size_t glance = std::min(kGlance, size);
-  if (std::memcmp(scan.bytes + at, scan.pattern.data(), glance) != 0) {
-    scan.cost += glance;
-    return false;
-  }
-  if (std::memcmp(scan.bytes + at + glance, scan.pattern.data() + glance, size - glance) == 0) return true;
-  scan.cost += size;
+  const bool differs_at_a_glance = size >= kGlance && EightBytes(scan.bytes + at) != EightBytes(scan.pattern.data());
+  if (!differs_at_a_glance && std::memcmp(scan.bytes + at, scan.pattern.data(), size) == 0) return true;
+  scan.cost += differs_at_a_glance ? kGlance : size;
+  if (++scan.vain % kPatience == 0) ChooseByteThatDiffers(scan, at);
   return false;
 }
 
@@ -186,8 +200,8 @@ BytePattern::BytePattern(std::string_view pattern) : pattern_(pattern) {
     if (other == kNoBytes || CommonnessOf(pattern[i]) < CommonnessOf(pattern[other])) other = i;
   }
   if (other == kNoBytes) other = rarest == 0 ? size - 1 : 0;
-  first_ = std::min(rarest, other);
-  second_ = std::max(rarest, other);
+  first_ = rarest;
+  second_ = other;
 }
 
 std::size_t BytePattern::FindIn(std::string_view bytes, std::size_t from) const {

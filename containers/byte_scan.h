@@ -1,5 +1,6 @@
 // Searching for bytes at the speed of memory: two bytes of the pattern, chosen
-// to be rare, are looked for many positions at a time. Vector instructions are
+// to be rare, are looked for many positions at a time; other two when they turn
+// out not to be. Vector instructions are
 // chosen at run time where the processor has them.
 #ifndef ORVIX_CONTAINERS_BYTE_SCAN_H
 #define ORVIX_CONTAINERS_BYTE_SCAN_H
@@ -26,7 +27,7 @@ class BytePattern {
 
  private:
   std::string_view pattern_;
-  // Indexes of the two bytes that the scan compares; the first is the lower one.
+  // Indexes of the two bytes that a scan compares first.
   std::size_t first_ = 0;
   std::size_t second_ = 0;
 };

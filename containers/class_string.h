@@ -98,6 +98,7 @@ class classString {
   [[nodiscard]] bool TryRedimension(LONG new_size, bool will_grow_again) noexcept;
   void Redimension(LONG new_size, bool will_grow_again = false);
   void FillBytes(LONG from, LONG end, BYTE value);
+  void AppendText(TextView text);
   void AppendBuffer(_classString* other);
 
   // string_slices.cpp

@@ -9,6 +9,16 @@
 
 namespace Orvix::component {
 
+// The address sanitizer is told where a run ends, so a run keeps no more than it
+// was asked for.
+#if defined(__SANITIZE_ADDRESS__)
+inline constexpr bool kKeepsReserve = false;
+#elif defined(__has_feature)
+inline constexpr bool kKeepsReserve = !__has_feature(address_sanitizer);
+#else
+inline constexpr bool kKeepsReserve = true;
+#endif
+
 class LowBytes {
  public:
   LowBytes() = default;
@@ -21,12 +31,13 @@ class LowBytes {
   // stays, what is added is undefined. False, with nothing changed, when low
   // memory is exhausted; a smaller size always succeeds.
   [[nodiscard]] bool Resize(std::size_t bytes) noexcept {
-    if (bytes <= room_ && bytes > room_ / 2) return true;
+    if (kKeepsReserve && bytes <= room_ && bytes > room_ / 2) return true;
     return Reallocate(bytes) || bytes <= room_;
   }
   // The same for a run that will grow again: half as much more room in reserve,
   // where there is that much, so that growing by small steps is linear.
   [[nodiscard]] bool Extend(std::size_t bytes) noexcept {
+    if (!kKeepsReserve) return Resize(bytes);
     if (bytes <= room_) return true;
     return (bytes < room_ + room_ / 2 && Reallocate(room_ + room_ / 2)) || Reallocate(bytes);
   }

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
@@ -13,7 +14,8 @@
 
 namespace Orvix::component {
 
-// `T` owns something by its bits: its address means nothing to it.
+// `T` owns something by its bits: its address means nothing to it, and a new one
+// owns nothing.
 template <class T>
 class PiecewiseArray {
  public:
@@ -28,17 +30,21 @@ class PiecewiseArray {
   [[nodiscard]] const T& operator[](std::size_t index) const { return *At(index); }
 
   void Append(T value) {
+    AppendMade([&] { return std::move(value); });
+  }
+  // The same for what `make` returns, made in its place. `make` must not come
+  // back to this array.
+  template <class Make>
+  void AppendMade(Make&& make) {
     if (size_ == room_) AddRoom();
-    std::construct_at(At(size_), std::move(value));
+    ::new (static_cast<void*>(At(size_))) T(make());
     ++size_;
   }
 
   // There is one.
   T TakeLast() {
-    T* const last = At(size_ - 1);
-    T value(std::move(*last));
-    std::destroy_at(last);
-    --size_;
+    T value;  // owns nothing yet, and takes over the bits
+    std::memcpy(static_cast<void*>(&value), At(--size_), sizeof value);
     if (size_ % kPiece == 0) DropLastPiece();
     return value;
   }

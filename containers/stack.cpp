@@ -1,4 +1,6 @@
 // The stack of values.
+#include <new>
+
 #include "containers/ansi_text.h"
 #include "containers/class_stack.h"
 #include "containers/stack_errors.h"
@@ -13,6 +15,40 @@ Variant ValueOf(const VARIANT& value) {
   return copy;
 }
 
+// Whether a value is copied without a call of anybody's object.
+bool IsNumberOrText(const VARIANT& value) {
+  switch (value.vt) {
+    case VT_EMPTY:
+    case VT_NULL:
+    case VT_I2:
+    case VT_I4:
+    case VT_R4:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+    case VT_BSTR:
+    case VT_BOOL:
+    case VT_UI1:
+      return true;
+    default:
+      return false;
+  }
+}
+
+Variant CopyOfNumberOrText(const VARIANT& value) {
+  Variant copy;
+  VARIANT& held = *copy.Address();
+  if (value.vt != VT_BSTR) {
+    held = value;
+  } else {
+    // By bytes: a text may have an odd number of them.
+    held.bstrVal = SysAllocStringByteLen(reinterpret_cast<const char*>(value.bstrVal), SysStringByteLen(value.bstrVal));
+    if (held.bstrVal == nullptr) throw std::bad_alloc();
+    held.vt = VT_BSTR;
+  }
+  return copy;
+}
+
 bool BeginsWith(const VARIANT& item, TextView text) {
   const ArgumentText item_text(item);
   return !item_text.View().empty() && item_text.View().starts_with(text);
@@ -20,7 +56,13 @@ bool BeginsWith(const VARIANT& item, TextView text) {
 
 }  // namespace
 
-void classStack::Push(const VARIANT& value) { items.Append(ValueOf(value)); }
+void classStack::Push(const VARIANT& value) {
+  if (IsNumberOrText(value)) {
+    items.AppendMade([&] { return CopyOfNumberOrText(value); });
+  } else {
+    items.Append(ValueOf(value));
+  }
+}
 
 bool classStack::IsEmpty() const { return items.size() == 0; }
 

@@ -8,6 +8,7 @@
 #include "containers/size_keeper.h"
 #include "containers/string_object.h"
 #include "frame/modErrorCodes.h"
+#include "frame/object_call.h"
 
 namespace Orvix::component {
 
@@ -24,16 +25,14 @@ std::size_t SizeOf(LONG count) { return static_cast<std::size_t>(count); }
 // ---- Other objects -----------------------------------------------------------------
 
 LONG LengthOf(_classString* object) {
-  SetErrorInfo(0, nullptr);  // so that an old report is not taken for the object's
   LONG other_length = 0;
-  CheckObject(object->get_Length(&other_length));
+  CallObject(object, &_classString::get_Length, &other_length);
   return other_length;
 }
 
 const BYTE* AddressOf(_classString* object) {
-  SetErrorInfo(0, nullptr);
   LONG address = 0;
-  CheckObject(object->StrPtr(&address));
+  CallObject(object, &_classString::StrPtr, &address);
   return BytesAt(address);
 }
 
@@ -124,16 +123,15 @@ Text classString::Value() const { return Widened(Content()); }
 void classString::SetValue(TextReference new_value) {
   const TextView text = new_value.View();
   const auto size = static_cast<LONG>(text.size());
-  // Room for the text that goes back comes first, so that a lack of it changes
-  // nothing.
-  const std::string bytes = Narrowed(text);
-  const Text round_trip = Widened(bytes);
-  BstrHandle back;
-  if (round_trip != text) back = BstrHandle(round_trip);
+  // Room for everything comes first, so that a lack of it changes nothing.
+  std::string bytes(text.size(), '\0');
+  BstrHandle round_trip;
+  const bool exact = Narrow(text, reinterpret_cast<BYTE*>(bytes.data()));
+  if (!exact) round_trip = BstrHandle(Widened(bytes));
   if (size > bufferSize) Redimension(size);
   if (size > 0) std::memcpy(buffer.data(), bytes.data(), bytes.size());
   length = size;
-  if (back.get() != nullptr) new_value.Take(std::move(back));
+  if (!exact) new_value.Take(std::move(round_trip));
 }
 
 LONG classString::Length() const { return length; }
@@ -173,25 +171,28 @@ ComPtr<_classString> classString::Copy() {
 // ---- Appending ---------------------------------------------------------------------
 
 classString::SizeKeeper::~SizeKeeper() {
-  if (string_.bufferSize > size_) static_cast<void>(string_.TryRedimension(size_, true));
+  if (string_.bufferSize > size_) static_cast<void>(string_.TryRedimension(size_, false));
 }
 
 Self classString::Append(const VARIANT& value) {
-  if (value.vt != VT_BSTR) {
-    if (const ComPtr<_classString> other = BufferIn(value)) {
-      AppendBuffer(other.get());
-      return {};
-    }
+  if (value.vt == VT_BSTR) {
+    AppendText(ViewOf(value.bstrVal));
+  } else if (const ComPtr<_classString> other = BufferIn(value)) {
+    AppendBuffer(other.get());
+  } else {
+    AppendText(ArgumentText(value).View());
   }
-  const ArgumentText text(value);
-  const LONG count = text.Size();
-  if (count == 0) return {};
+  return {};
+}
+
+void classString::AppendText(TextView text) {
+  const auto count = static_cast<LONG>(text.size());
+  if (count == 0) return;
   if (count > std::numeric_limits<LONG>::max() - length) throw std::bad_alloc();
   const LONG new_length = length + count;
   if (new_length > bufferSize) Redimension(new_length, true);
-  Narrow(text.View(), buffer.data() + length);
+  Narrow(text, buffer.data() + length);
   length = new_length;
-  return {};
 }
 
 void classString::AppendBuffer(_classString* other) {

@@ -11,10 +11,17 @@ constexpr LONG kPrefixBytes = 4;
 
 void PutBytes(SHORT file_number, const void* bytes, LONG count) { CheckRuntime(OxPutFile(file_number, bytes, count)); }
 
-// What lies past the end of the file stays as it was.
-void GetBytes(SHORT file_number, void* bytes, LONG count) {
+// How many bytes the file had; the rest of `bytes` stays as it was.
+LONG GetBytes(SHORT file_number, void* bytes, LONG count) {
   LONG got = 0;
   CheckRuntime(OxGetFile(file_number, bytes, count, &got));
+  return got;
+}
+
+// At the end of the file `count` stays as it was. Error 9 for a part of a number.
+void GetPrefix(SHORT file_number, LONG& count) {
+  const LONG got = GetBytes(file_number, &count, kPrefixBytes);
+  if (got != 0 && got != kPrefixBytes) RaiseRuntimeError(kSubscriptOutOfRange);
 }
 
 bool FileHolds(SHORT file_number, LONG count) {
@@ -36,7 +43,7 @@ void classString::WriteToFile(SHORT file_number, OptionalBool prefix_length) {
 
 void classString::ReadFromFile(SHORT file_number, OptionalBool prefix_length) {
   LONG count = length;
-  if (prefix_length) GetBytes(file_number, &count, kPrefixBytes);
+  if (prefix_length) GetPrefix(file_number, count);
   if (count < 0) RaiseRuntimeError(kSubscriptOutOfRange);
   SizeKeeper keeper(*this);
   if (count > bufferSize && !TryRedimension(count, false)) {

@@ -14,7 +14,7 @@ namespace {
 
 LONG NumberIn(const Variant& value) {
   LONG number = 0;
-  CheckObject(OxLongOf(&value.get(), &number));
+  CheckConversion(OxLongOf(&value.get(), &number));
   return number;
 }
 
@@ -93,7 +93,8 @@ Text classString::GetElement(LONG index, TextView separator) {
     if (end == 0) end = length + 1;
     const LONG start = walk.found > 0 ? walk.found + width : 1;
     if (start > length) return Text{};
-    return Widened(Content().substr(static_cast<std::size_t>(start) - 1, static_cast<std::size_t>(end - start)));
+    CheckIndex(end - 2);
+    return Widened({reinterpret_cast<const char*>(buffer.data()) + start - 1, static_cast<std::size_t>(end - start)});
   });
 }
 

@@ -26,7 +26,7 @@ LONG MidCount(LONG start, OptionalVariant count) {
   if (start < 0) RaiseInvalid(u"Invalid starting position");
   if (count.value == nullptr) return std::numeric_limits<LONG>::max();
   LONG number = 0;
-  CheckObject(OxLongOf(count.value, &number));
+  CheckConversion(OxLongOf(count.value, &number));
   return CheckedCount(number);
 }
 
@@ -58,6 +58,8 @@ LONG classString::FirstOf(const Selection& selection, LONG count) const {
 
 ComPtr<_classString> classString::Part(const Selection& selection) {
   ComPtr<_classString> part = NewObject<_classString>();
+  // Ends the content with a NUL, as callers see afterwards.
+  if (selection.kind == Selection::Kind::kLeft) StrPtr();
   LONG count = CountOf(selection);
   LONG first = FirstOf(selection, count);
   if (first == 0) {
@@ -105,11 +107,7 @@ void classString::OverwriteFrom(const Selection& selection, _classString* value)
 
 // ---- Left, Right, Mid ----------------------------------------------------------------
 
-ComPtr<_classString> classString::Left(LONG count) {
-  const Selection selection{Selection::Kind::kLeft, 1, CheckedCount(count)};
-  StrPtr();  // ends the content with a NUL, as callers see afterwards
-  return Part(selection);
-}
+ComPtr<_classString> classString::Left(LONG count) { return Part({Selection::Kind::kLeft, 1, CheckedCount(count)}); }
 
 void classString::SetLeft(LONG count, const VARIANT& value) {
   Overwrite({Selection::Kind::kLeft, 1, CheckedCount(count)}, value);

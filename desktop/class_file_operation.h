@@ -3,6 +3,8 @@
 #ifndef ORVIX_DESKTOP_CLASS_FILE_OPERATION_H
 #define ORVIX_DESKTOP_CLASS_FILE_OPERATION_H
 
+#include <vector>
+
 #include "frame/argument_types.h"
 
 namespace Orvix::component {
@@ -28,16 +30,21 @@ class CSHFileOp {
   void SetSilentMode(VariantBool value) { silent_mode_ = value; }
   [[nodiscard]] VariantBool SilentMode() const { return silent_mode_; }
 
+  // True when the service reported success for all of it and nobody cancelled.
+  // Error -2147220504 without sources. The lists stay as they are.
   bool MoveFiles();
   bool CopyFiles();
   bool DeleteFiles();
   bool RenameFiles();
+  // Names are kept as given, in the order given.
   void ClearSourceFiles();
   void AddSourceFile(TextView name);
   void ClearDestFiles();
   void AddDestFile(TextView name);
 
  private:
+  bool DoFileOperation(ULONG operation) const;
+
   VariantBool allow_undo_{VARIANT_FALSE};
   VariantBool confirm_make_dir_{VARIANT_TRUE};
   VariantBool confirm_operation_{VARIANT_TRUE};
@@ -46,6 +53,8 @@ class CSHFileOp {
   LONG parent_window_ = 0;
   VariantBool rename_on_collision_{VARIANT_FALSE};
   VariantBool silent_mode_{VARIANT_FALSE};
+  std::vector<Text> sources_;
+  std::vector<Text> destinations_;
 };
 
 }  // namespace Orvix::component

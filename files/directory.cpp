@@ -34,7 +34,7 @@ bool IsNull(const VARIANT& bound) {
 
 DATE DateOf(const VARIANT& bound) {
   DATE date = 0;
-  CheckObject(OxDateOf(&bound, &date));
+  CheckConversion(OxDateOf(&bound, &date));
   return date;
 }
 

@@ -2,6 +2,7 @@
 // made first.
 #include "files/file_numbers.h"
 #include "frame/class_orvix.h"
+#include "frame/object_call.h"
 
 namespace Orvix::component {
 
@@ -9,9 +10,8 @@ namespace {
 
 template <class Member>
 Text TextFrom(_classFilename* filename, Member member) {
-  if (filename == nullptr) RaiseRuntimeError(kObjectNotSet);
   BstrHandle text;
-  CheckObject((filename->*member)(text.Receive()));
+  CallObject(filename, member, text.Receive());
   return Text(text.View());
 }
 
@@ -32,15 +32,15 @@ Bytes BytesOf(SAFEARRAY* array) {
 
 }  // namespace
 
-void classOrvix::StoreData(_classFilename* filename, BSTR data) {
+void classOrvix::StoreData(_classFilename* filename, TextVariable data) {
   SHORT number = FreeFileNumber();
   MakeDir(TextFrom(filename, &_classFilename::get_Path));
   OpenUnder(number, TextFrom(filename, &_classFilename::get_CompleteFilename), kSharedTextOutput);
-  CheckRuntime(OxPrintFile(number, data));
+  CheckRuntime(OxPrintFile(number, data.get()));
   CheckRuntime(OxCloseFile(number));
 }
 
-void classOrvix::StoreBinaryData(_classFilename* filename, ArrayOf<BYTE> data) {
+void classOrvix::StoreBinaryData(_classFilename* filename, ArrayVariable<BYTE> data) {
   SHORT number = FreeFileNumber();
   MakeDir(TextFrom(filename, &_classFilename::get_Path));
   const Text name = TextFrom(filename, &_classFilename::get_CompleteFilename);
@@ -48,7 +48,7 @@ void classOrvix::StoreBinaryData(_classFilename* filename, ArrayOf<BYTE> data) {
   CheckRuntime(OxPrintFile(number, nullptr));
   CheckRuntime(OxCloseFile(number));
   OpenUnder(number, name, kSharedBinaryOutput);
-  const Bytes bytes = BytesOf(data.array);
+  const Bytes bytes = BytesOf(data.get());
   if (bytes.count > 0) CheckRuntime(OxPutFile(number, bytes.data, bytes.count));
   CheckRuntime(OxCloseFile(number));
 }

@@ -124,9 +124,9 @@ struct Argument<TextView, BSTR*> : RequiredReference {
   static TextView Get(const BSTR* text) { return ViewOf(*text); }
 };
 template <>
-struct Argument<BSTR, BSTR*> : RequiredReference {  // for members that hand the text on
+struct Argument<TextVariable, BSTR*> : RequiredReference {
   static constexpr TypeWords kWords{.type = VT_BSTR, .by_reference = true};
-  static BSTR Get(const BSTR* text) { return *text; }
+  static TextVariable Get(const BSTR* text) { return TextVariable(text); }
 };
 template <>
 struct Argument<const VARIANT&, VARIANT*> {
@@ -148,11 +148,26 @@ struct Argument<ArrayOf<T>, SAFEARRAY**> : RequiredReference {
   static constexpr TypeWords kWords{.type = static_cast<VARTYPE>(VT_ARRAY | kElementType<T>), .by_reference = true};
   static ArrayOf<T> Get(SAFEARRAY* const* array) { return {*array}; }
 };
+template <class T>
+struct Argument<ArrayVariable<T>, SAFEARRAY**> : RequiredReference {
+  static constexpr TypeWords kWords = Argument<ArrayOf<T>, SAFEARRAY**>::kWords;
+  static ArrayVariable<T> Get(SAFEARRAY* const* array) { return ArrayVariable<T>(array); }
+};
+// An object of the caller's, held while the member runs.
+template <class I>
+class Held {
+ public:
+  explicit Held(I* object) : object_(ComPtr<I>::Share(object)) {}
+  operator I*() const { return object_.get(); }  // NOLINT(google-explicit-constructor)
+
+ private:
+  ComPtr<I> object_;
+};
 template <class I>
 struct Argument<I*, I**> : RequiredReference {
   static constexpr TypeWords kWords{
       .type = VT_DISPATCH, .by_reference = true, .user_type = kInterfaceName<I>, .iid = kInterfaceId<I>};
-  static I* Get(I* const* object) { return *object; }
+  static Held<I> Get(I* const* object) { return Held<I>(*object); }
 };
 
 // By reference, written.

@@ -6,7 +6,6 @@
 #include "frame/error.h"
 #include "frame/error_styles.h"
 #include "frame/modErrorCodes.h"
-#include "frame/pending.h"
 
 namespace Orvix::component {
 
@@ -41,9 +40,6 @@ HRESULT ResultOfCurrentException(std::string_view class_name) noexcept {
     return PublishError(error.number(), error.source(), error.description(), class_name);
   } catch (const std::bad_alloc&) {
     return PublishError(kOutOfMemory, {}, kOutOfMemoryText, class_name);
-  } catch (const PendingMember&) {
-    SetErrorInfo(0, nullptr);
-    return E_NOTIMPL;
   } catch (...) {
     SetErrorInfo(0, nullptr);
     return E_UNEXPECTED;

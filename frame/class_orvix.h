@@ -71,16 +71,16 @@ class classOrvix {
   bool FileExists(TextView filename);
   bool FileIsNewerThan(TextView new_file, TextView existing_file);
 
-  // Copying and storing (files/storing.cpp)
+  // Copying, storing, sound (files/copying.cpp, files/storing.cpp, files/sound.cpp)
   void MyFileCopy(TextView source, TextView destination, FalseByDefault sub_directories);
-  void StoreData(_classFilename* filename, BSTR data);
-  void StoreBinaryData(_classFilename* filename, ArrayOf<BYTE> data);
+  void StoreData(_classFilename* filename, TextVariable data);
+  void StoreBinaryData(_classFilename* filename, ArrayVariable<BYTE> data);
   void PlaySound(_classFilename* filename);
 
-  // Dialogs (desktop/file_dialogs.cpp)
+  // Dialogs (desktop/file_dialogs.cpp, desktop/open_dialog_record.cpp)
   ComPtr<_classFilename> OpenFile1(LONG owner, TextReference filter, LONG default_filter_index,
-                                   TextReference default_file_name, TextReference default_extension,
-                                   TextReference initial_directory, TextReference title);
+                                   TextVariable default_file_name, TextVariable default_extension,
+                                   TextVariable initial_directory, TextVariable title);
   Text OpenFile(LONG owner, VARIANT_BOOL& cancel, TrueByDefault center, TextOr<u""> initial_directory,
                 TextOr<u""> default_file_name, TrueByDefault hide_read_only, FalseByDefault multi_select,
                 FalseByDefault read_only, TextOr<u"Open file"> title, TextOr<u""> filters);
@@ -93,7 +93,7 @@ class classOrvix {
   void CenterWindow(IDispatch* window);
   void HourglassOn();
   void HourglassOff();
-  void SetComboElement(IDispatch* combo, TextView text);
+  void SetComboElement(IDispatch* combo, TextVariable text);
   void LockControl(IDispatch* control, TrueByDefault has_locked_property);
   void UnLockControl(IDispatch* control, TrueByDefault has_locked_property);
   Variant TextBoxSetFocus(IDispatch* text_box);

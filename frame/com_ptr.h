@@ -67,7 +67,9 @@ class BstrHandle {
     std::swap(text_, other.text_);
     return *this;
   }
-  ~BstrHandle() { SysFreeString(text_); }
+  ~BstrHandle() {
+    if (text_ != nullptr) SysFreeString(text_);
+  }
 
   [[nodiscard]] BSTR get() const { return text_; }
   [[nodiscard]] TextView View() const { return ViewOf(text_); }
@@ -84,7 +86,7 @@ class BstrHandle {
 // One VARIANT and what it holds.
 class Variant {
  public:
-  Variant() { VariantInit(&value_); }
+  Variant() = default;
   explicit Variant(LONG number) : Variant() {
     value_.vt = VT_I4;
     value_.lVal = number;
@@ -97,12 +99,14 @@ class Variant {
     value_.bstrVal = BstrHandle(text).Detach();
     value_.vt = VT_BSTR;
   }
-  Variant(Variant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
+  Variant(Variant&& other) noexcept : value_(std::exchange(other.value_, VARIANT{})) {}
   Variant& operator=(Variant&& other) noexcept {
     std::swap(value_, other.value_);
     return *this;
   }
-  ~Variant() { VariantClear(&value_); }
+  ~Variant() {
+    if (value_.vt >= VT_BSTR) VariantClear(&value_);  // numbers, dates and Null own nothing
+  }
 
   [[nodiscard]] static Variant Short(SHORT number) {
     Variant variant;
@@ -126,18 +130,15 @@ class Variant {
   [[nodiscard]] const VARIANT& get() const { return value_; }
   [[nodiscard]] VARIANT* Address() { return &value_; }
   // The place for an out parameter; what was held is cleared first.
-  [[nodiscard]] VARIANT* Receive() {
-    VariantClear(&value_);
+  VARIANT* Receive() {
+    if (value_.vt >= VT_BSTR) VariantClear(&value_);
+    value_ = {};
     return &value_;
   }
-  [[nodiscard]] VARIANT Detach() {
-    const VARIANT value = value_;
-    VariantInit(&value_);
-    return value;
-  }
+  [[nodiscard]] VARIANT Detach() { return std::exchange(value_, VARIANT{}); }
 
  private:
-  VARIANT value_;
+  VARIANT value_{};
 };
 
 }  // namespace Orvix::component

@@ -22,6 +22,17 @@ ComPtr<IErrorInfo> TakeErrorInfo() {
   return info;
 }
 
+[[noreturn]] void RaiseWithInfo(HRESULT failure, const ComPtr<IErrorInfo>& info) {
+  const LONG number = OxErrorNumber(failure);
+  if (!info) RaiseRuntimeError(number);
+  BstrHandle source;
+  BstrHandle description;
+  info->GetSource(source.Receive());
+  info->GetDescription(description.Receive());
+  throw Error(number, Text(source.View()),
+              description.View().empty() ? StandardDescription(number) : Text(description.View()));
+}
+
 }  // namespace
 
 void RaiseLibraryError(LONG number, TextView source, TextView description) {
@@ -37,16 +48,14 @@ void RaiseFailure(HRESULT failure) {
   RaiseRuntimeError(number);
 }
 
-void RaiseFailureOfObject(HRESULT failure) {
-  const LONG number = OxErrorNumber(failure);
+void RaiseFailedConversion(HRESULT failure) { RaiseWithInfo(failure, TakeErrorInfo()); }
+
+void RaiseFailureOfObject(HRESULT failure, IUnknown* object, REFIID iid) {
+  ComPtr<ISupportErrorInfo> support;
+  const bool informs = SUCCEEDED(object->QueryInterface(IID_ISupportErrorInfo, support.ReceiveVoid())) && support &&
+                       support->InterfaceSupportsErrorInfo(iid) == S_OK;
   const ComPtr<IErrorInfo> info = TakeErrorInfo();
-  if (!info) RaiseRuntimeError(number);
-  BstrHandle source;
-  BstrHandle description;
-  info->GetSource(source.Receive());
-  info->GetDescription(description.Receive());
-  throw Error(number, Text(source.View()),
-              description.View().empty() ? StandardDescription(number) : Text(description.View()));
+  RaiseWithInfo(failure, informs ? info : nullptr);
 }
 
 HRESULT ResultOfNumber(LONG number) noexcept {

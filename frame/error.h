@@ -37,15 +37,18 @@ class Error {
 // and standard description; no source.
 [[noreturn]] void RaiseFailure(HRESULT failure);
 
-// Raises what a failed call of another object's member stands for: its number,
-// description and source, from the thread's error info where there is one.
-[[noreturn]] void RaiseFailureOfObject(HRESULT failure);
+// Raises what a failed conversion stands for. A default member's own error
+// passes through, with its number, source and description.
+[[noreturn]] void RaiseFailedConversion(HRESULT failure);
+// Raises what a failed member of an object's interface stands for: number,
+// source and description when the object supports error info for it.
+[[noreturn]] void RaiseFailureOfObject(HRESULT failure, IUnknown* object, REFIID iid);
 
 inline void CheckRuntime(HRESULT result) {
   if (FAILED(result)) RaiseFailure(result);
 }
-inline void CheckObject(HRESULT result) {
-  if (FAILED(result)) RaiseFailureOfObject(result);
+inline void CheckConversion(HRESULT result) {
+  if (FAILED(result)) RaiseFailedConversion(result);
 }
 
 // The result code that carries an error number: 0x800A0000 plus a positive

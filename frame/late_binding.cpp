@@ -19,9 +19,9 @@ class Exception {
   Exception() = default;
   Exception(Exception&&) = delete;
   ~Exception() {
-    SysFreeString(info_.bstrSource);
-    SysFreeString(info_.bstrDescription);
-    SysFreeString(info_.bstrHelpFile);
+    for (BSTR text : {info_.bstrSource, info_.bstrDescription, info_.bstrHelpFile}) {
+      if (text != nullptr) SysFreeString(text);
+    }
   }
 
   [[nodiscard]] EXCEPINFO* Address() { return &info_; }
@@ -47,47 +47,61 @@ class Exception {
   EXCEPINFO info_{};
 };
 
-Variant InvokeMember(IDispatch* object, TextView name, WORD flags, std::span<const VARIANT> arguments,
-                     const VARIANT* new_value) {
+DISPID Resolve(IDispatch* object, TextView name) {
   if (object == nullptr) RaiseRuntimeError(kObjectNotSet);
-  const ComPtr<IDispatch> held = ComPtr<IDispatch>::Share(object);
-
   Text spelling(name);
   OLECHAR* names[] = {spelling.data()};
   DISPID member = DISPID_UNKNOWN;
-  CheckRuntime(held->GetIDsOfNames(IID_NULL, names, 1, LOCALE_INVARIANT, &member));
+  CheckRuntime(object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_INVARIANT, &member));
+  return member;
+}
 
+// One call; `result` is empty before, and null when nothing is to come back.
+void Invoke(IDispatch* object, DISPID member, WORD flags, DISPPARAMS& params, Variant* result) {
+  Exception exception;
+  UINT wrong_argument = 0;
+  const HRESULT outcome =
+      object->Invoke(member, IID_NULL, LOCALE_INVARIANT, flags, &params,
+                     result == nullptr ? nullptr : result->Address(), exception.Address(), &wrong_argument);
+  if (outcome == DISP_E_EXCEPTION) exception.Raise();
+  CheckRuntime(outcome);
+  if (result == nullptr || (result->get().vt & VT_BYREF) == 0) return;
+  Variant followed;
+  CheckRuntime(VariantCopyInd(followed.Address(), result->Address()));
+  *result = std::move(followed);
+}
+
+Variant InvokeMember(IDispatch* object, TextView name, WORD flags, std::span<const VARIANT> arguments,
+                     const VARIANT* new_value) {
+  const ComPtr<IDispatch> held = ComPtr<IDispatch>::Share(object);
+  const DISPID member = Resolve(held.get(), name);
   // Last first, and a new value before all others, under its own name.
   std::vector<VARIANT> reversed;
   reversed.reserve(arguments.size() + 1);
   if (new_value != nullptr) reversed.push_back(*new_value);
   reversed.insert(reversed.end(), arguments.rbegin(), arguments.rend());
   DISPID put = DISPID_PROPERTYPUT;
-  DISPPARAMS params{};
-  params.rgvarg = reversed.data();
-  params.cArgs = static_cast<UINT>(reversed.size());
+  DISPPARAMS params{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
   if (new_value != nullptr) {
     params.rgdispidNamedArgs = &put;
     params.cNamedArgs = 1;
   }
-
   Variant result;
-  Exception exception;
-  UINT wrong_argument = 0;
-  const HRESULT outcome =
-      held->Invoke(member, IID_NULL, LOCALE_INVARIANT, flags, &params,
-                   new_value == nullptr ? result.Address() : nullptr, exception.Address(), &wrong_argument);
-  if (outcome == DISP_E_EXCEPTION) exception.Raise();
-  CheckRuntime(outcome);
-  if ((result.get().vt & VT_BYREF) != 0) {
-    Variant followed;
-    CheckRuntime(VariantCopyInd(followed.Address(), result.Address()));
-    return followed;
-  }
+  Invoke(held.get(), member, flags, params, new_value == nullptr ? &result : nullptr);
   return result;
 }
 
 }  // namespace
+
+void IndexedMember::Read(LONG index, Variant& value) {
+  if (member_ == DISPID_UNKNOWN) member_ = Resolve(object_, name_);
+  VARIANT argument;
+  argument.vt = VT_I4;
+  argument.lVal = index;
+  DISPPARAMS params{&argument, nullptr, 1, 0};
+  value.Receive();
+  Invoke(object_, member_, DISPATCH_METHOD | DISPATCH_PROPERTYGET, params, &value);
+}
 
 Variant GetMember(IDispatch* object, TextView name, std::span<const VARIANT> arguments) {
   return InvokeMember(object, name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments, nullptr);

@@ -29,6 +29,21 @@ Variant CallMember(IDispatch* object, TextView name, std::span<const VARIANT> ar
 // Writes a property; `indexes` are the arguments of an indexed one.
 void PutMember(IDispatch* object, TextView name, const VARIANT& value, std::span<const VARIANT> indexes = {});
 
+// A property with one index that is read again and again, like the entries of a
+// list: its name is looked up once, with the first reading.
+class IndexedMember {
+ public:
+  // Borrows both.
+  IndexedMember(IDispatch* object, TextView name) : object_(object), name_(name) {}
+  // What `value` held is cleared first.
+  void Read(LONG index, Variant& value);
+
+ private:
+  IDispatch* object_;
+  TextView name_;
+  DISPID member_ = DISPID_UNKNOWN;
+};
+
 // The object in `value`, with a reference of its own, null for an empty
 // reference. Error 424 for a value that is no object, 430 for an object without
 // IDispatch.

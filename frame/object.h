@@ -4,6 +4,7 @@
 #define ORVIX_FRAME_OBJECT_H
 
 #include <atomic>
+#include <new>
 #include <utility>
 
 #include "frame/boundary.h"
@@ -53,11 +54,13 @@ class Object : public Interface, public ISupportErrorInfo {
     return TypeInfoOf(TableOf<Interface>(), index, info);
   }
   HRESULT ORVIX_CALL GetIDsOfNames(REFIID riid, OLECHAR** names, UINT count, LCID, DISPID* ids) noexcept override {
-    return LookUpNames(Index(), riid, names, count, ids);
+    return WithIndex([&](const DispatchIndex& index) { return LookUpNames(index, riid, names, count, ids); });
   }
   HRESULT ORVIX_CALL Invoke(DISPID member, REFIID riid, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
                             EXCEPINFO* exception, UINT* argument_error) noexcept override {
-    return InvokeByName(Index(), this, member, riid, flags, params, result, exception, argument_error);
+    return WithIndex([&](const DispatchIndex& index) {
+      return InvokeByName(index, this, member, riid, flags, params, result, exception, argument_error);
+    });
   }
 
   [[nodiscard]] Plain& plain() { return plain_; }
@@ -72,8 +75,9 @@ class Object : public Interface, public ISupportErrorInfo {
     using R = typename Signature::Result;
     using Traits = Result<R, Target*>;
     if (result == nullptr) return Refuse(E_POINTER);
-    Traits::Clear(result);
-    return Run<Member>(
+    // Cleared after a failure only: a caller may have its result written over an
+    // argument.
+    const HRESULT done = Run<Member>(
         [&](auto&&... arguments) {
           if constexpr (std::is_same_v<R, Self>) {
             (plain_.*Member)(std::forward<decltype(arguments)>(arguments)...);
@@ -84,6 +88,8 @@ class Object : public Interface, public ISupportErrorInfo {
           }
         },
         slots...);
+    if (FAILED(done)) Traits::Clear(result);
+    return done;
   }
   // Calls a plain member that returns nothing.
   template <auto Member, class... Slots>
@@ -115,9 +121,17 @@ class Object : public Interface, public ISupportErrorInfo {
                       [&] { body(Argument<std::tuple_element_t<I, Parameters>, Slots>::Get(slots)...); });
   }
 
-  static const DispatchIndex& Index() {
-    static const DispatchIndex index(TableOf<Interface>());
-    return index;
+  // The index is made on first use, which may find no memory.
+  template <class Body>
+  static HRESULT WithIndex(Body&& body) noexcept {
+    const DispatchIndex* made = nullptr;
+    try {
+      static const DispatchIndex index(TableOf<Interface>());
+      made = &index;
+    } catch (const std::bad_alloc&) {
+      return E_OUTOFMEMORY;
+    }
+    return body(*made);
   }
 
   std::atomic<ULONG> references_{1};

@@ -85,6 +85,26 @@ struct OptionalVariant {
   const VARIANT* value;
 };
 
+// A caller's own variable, read when it is needed: a member that calls the
+// caller's objects in between must not keep what the variable held before.
+class TextVariable {
+ public:
+  explicit TextVariable(const BSTR* variable) : variable_(variable) {}
+  [[nodiscard]] BSTR get() const { return *variable_; }
+
+ private:
+  const BSTR* variable_;
+};
+template <class T>
+class ArrayVariable {
+ public:
+  explicit ArrayVariable(SAFEARRAY* const* variable) : variable_(variable) {}
+  [[nodiscard]] SAFEARRAY* get() const { return *variable_; }
+
+ private:
+  SAFEARRAY* const* variable_;
+};
+
 // A by-reference text that the member may replace; the old text is freed.
 class TextReference {
  public:

@@ -1,10 +1,12 @@
-// One static object describes FileType; references to it are not counted.
+// One static object describes FileType; references to it keep the component
+// loaded.
 #include "frame/record_info.h"
 
 #include <cstring>
 #include <new>
 
 #include "frame/com_ptr.h"
+#include "frame/lifetime.h"
 #include "frame/type_library.h"
 
 namespace Orvix::component {
@@ -58,10 +60,17 @@ class FileTypeInfo final : public IRecordInfo {
     *object = nullptr;
     if (riid != IID_IUnknown && riid != IID_IRecordInfo) return E_NOINTERFACE;
     *object = static_cast<IRecordInfo*>(this);
+    AddRef();
     return S_OK;
   }
-  ULONG ORVIX_CALL AddRef() noexcept override { return 2; }
-  ULONG ORVIX_CALL Release() noexcept override { return 1; }
+  ULONG ORVIX_CALL AddRef() noexcept override {
+    LockServer(true);
+    return 2;
+  }
+  ULONG ORVIX_CALL Release() noexcept override {
+    LockServer(false);
+    return 1;
+  }
 
   HRESULT ORVIX_CALL RecordInit(void* record) noexcept override {
     if (record == nullptr) return E_INVALIDARG;
@@ -141,8 +150,18 @@ class FileTypeInfo final : public IRecordInfo {
     }
     return S_OK;
   }
+  // The record takes over a text that the caller hands in.
   HRESULT ORVIX_CALL PutFieldNoCopy(ULONG flags, void* record, const OLECHAR* name, VARIANT* value) noexcept override {
-    return PutField(flags, record, name, value);
+    const Field* field = FieldOf(name);
+    const bool text = field != nullptr && field->type == VT_BSTR && value != nullptr && value->vt == VT_BSTR;
+    if (!text || record == nullptr || (flags != INVOKE_PROPERTYPUT && flags != INVOKE_PROPERTYPUTREF)) {
+      return PutField(flags, record, name, value);
+    }
+    auto* place = reinterpret_cast<BSTR*>(static_cast<char*>(record) + field->offset);
+    SysFreeString(*place);
+    *place = value->bstrVal;
+    VariantInit(value);
+    return S_OK;
   }
   HRESULT ORVIX_CALL GetFieldNames(ULONG* count, BSTR* names) noexcept override {
     if (count == nullptr) return E_INVALIDARG;
@@ -183,6 +202,7 @@ class FileTypeInfo final : public IRecordInfo {
 
 IRecordInfo* FileTypeRecordInfo() noexcept {
   static FileTypeInfo info;
+  info.AddRef();
   return &info;
 }
 

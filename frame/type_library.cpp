@@ -19,14 +19,14 @@ namespace {
 
 constexpr HRESULT TYPE_E_BADMODULEKIND = MakeResult(0x800288BD);
 
-Text Widened(std::string_view ascii) { return Text(ascii.begin(), ascii.end()); }
-
 HRESULT GiveText(std::string_view ascii, BSTR* text) {
   if (text == nullptr) return S_OK;
   *text = nullptr;
   if (ascii.empty()) return S_OK;
-  *text = NewBstr(Widened(ascii));
-  return *text == nullptr ? E_OUTOFMEMORY : S_OK;
+  *text = SysAllocStringLen(nullptr, static_cast<UINT>(ascii.size()));
+  if (*text == nullptr) return E_OUTOFMEMORY;
+  std::copy(ascii.begin(), ascii.end(), *text);
+  return S_OK;
 }
 
 HRESULT GiveDocumentation(std::string_view name, std::string_view help, BSTR* name_out, BSTR* help_out, DWORD* context,
@@ -324,26 +324,47 @@ ITypeLib* Library() {
   return &library;
 }
 
+HRESULT TypeInfoNamed(std::string_view name, ITypeInfo** info) noexcept {
+  std::size_t index = 0;
+  try {
+    index = TypeIndexOf(name);
+  } catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+  }
+  return TypeInfoAt(index, info);
+}
+
 }  // namespace
 
-HRESULT OpenTypeLibrary(REFIID riid, void** library) noexcept { return Library()->QueryInterface(riid, library); }
+HRESULT OpenTypeLibrary(REFIID riid, void** library) noexcept {
+  try {
+    TypeInfos();  // made once; what hands out types later finds them
+  } catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+  }
+  return Library()->QueryInterface(riid, library);
+}
 
 HRESULT TypeInfoAt(std::size_t index, ITypeInfo** info) noexcept {
   if (info == nullptr) return E_POINTER;
   *info = nullptr;
-  if (index >= TypeInfos().size()) return TYPE_E_ELEMENTNOTFOUND;
+  try {
+    if (index >= TypeInfos().size()) return TYPE_E_ELEMENTNOTFOUND;
+  } catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+  }
   *info = TypeInfos()[index].get();
   (*info)->AddRef();
   return S_OK;
 }
 
-HRESULT RecordTypeInfo(ITypeInfo** info) noexcept { return TypeInfoAt(TypeIndexOf("FileType"), info); }
+HRESULT RecordTypeInfo(ITypeInfo** info) noexcept { return TypeInfoNamed("FileType", info); }
 
 HRESULT TypeInfoOf(const InterfaceTable& table, UINT index, ITypeInfo** info) noexcept {
   if (info == nullptr) return E_POINTER;
   *info = nullptr;
   if (index != 0) return DISP_E_BADINDEX;
-  return TypeInfoAt(TypeIndexOf(table.name), info);
+  return TypeInfoNamed(table.name, info);
 }
 
 }  // namespace Orvix::component

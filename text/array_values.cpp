@@ -29,7 +29,7 @@ class Element {
 
   [[nodiscard]] LONG AsLong() {
     LONG number = 0;
-    CheckObject(OxLongOf(own_.Address(), &number));
+    CheckConversion(OxLongOf(own_.Address(), &number));
     return number;
   }
   // VARCMP_LT, _EQ, _GT; VARCMP_NULL for Null, which no test takes as true.

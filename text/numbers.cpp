@@ -49,7 +49,7 @@ Text classOrvix::MyStr(const VARIANT& value) {
   CheckRuntime(VariantCopyInd(held.Address(), &value));
   if (held.get().vt == VT_NULL) return {};
   BstrHandle text;
-  CheckObject(OxTextOf(held.Address(), text.Receive()));  // an object may raise its own error
+  CheckConversion(OxTextOf(held.Address(), text.Receive()));  // an object may raise its own error
   return Text(text.View());
 }
 

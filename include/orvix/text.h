@@ -4,6 +4,7 @@
 #ifndef ORVIX_TEXT_H
 #define ORVIX_TEXT_H
 
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -15,7 +16,12 @@ using Text = std::u16string;
 using TextView = std::u16string_view;
 
 // The text of a BSTR, embedded NULs included; null is the empty text.
-inline TextView ViewOf(BSTR text) noexcept { return text == nullptr ? TextView{} : TextView{text, SysStringLen(text)}; }
+inline TextView ViewOf(BSTR text) noexcept {
+  if (text == nullptr) return {};
+  UINT bytes = 0;  // the length stands before the first unit
+  std::memcpy(&bytes, reinterpret_cast<const char*>(text) - sizeof bytes, sizeof bytes);
+  return {text, bytes / sizeof(OLECHAR)};
+}
 
 // A new BSTR, owned by the caller; null when memory is exhausted.
 [[nodiscard]] inline BSTR NewBstr(TextView text) noexcept {

@@ -62,7 +62,19 @@ INSTANTIATE_TEST_SUITE_P(
         CallCase{"Hexadecimal", {"classOrvix.GetHexColor", "&H10"}, "#100000\n"},
         CallCase{
             "PutAndGet", {"classFilename.CompleteFilename=C:\\a\\b.c.txt", ".Extension", ".Path"}, "txt\nC:\\a\\\n"},
-        CallCase{"PutFirstByMethod", {"classFilename.Exists", ".CompleteFilename=x.y", ".Filename"}, "False\nx.y\n"}),
+        CallCase{"PutFirstByMethod", {"classFilename.Exists", ".CompleteFilename=x.y", ".Filename"}, "False\nx.y\n"},
+        CallCase{"IndexedPut", {"classString.Value=Hello", ".Mid=XY", "2", "2", ".Value"}, "HXYlo\n"},
+        CallCase{"IndexedPutLeavesOut", {"classString.Value=Hello", ".Mid=XYZ", "2", ".Value"}, "HXYZo\n"},
+        CallCase{"PutOfAnObject", {"classString.Value=Hello", ".Left=classString:AB", "2", ".Value"}, "ABllo\n"},
+        CallCase{"ObjectResult", {"classString.Value=Hello", ".Left", "3"}, "classString: Hel\n"},
+        CallCase{"StepOnTheResult", {"classString.Value=Hello", ".Left", "3", "..Length"}, "classString: Hel\n3\n"},
+        CallCase{"VariantKinds",
+                 {"classStack.Push", "text:5", ".Push", "6", ".IsOnStack", "text:5", "sdEndToStart", "@"},
+                 "True\nlIndex = 1\n"},
+        CallCase{"DateValue", {"classStack.Push", "date:2002-11-30 10:00", ".Pop"}, "2002-11-30 10:00:00\n"},
+        CallCase{"NullValue", {"classStack.Push", "null", ".Pop"}, "Null\n"},
+        CallCase{
+            "ObjectInAStack", {"classStackObject.Push", "classFilename:C:\\x.y", ".Pop"}, "classFilename: C:\\x.y\n"}),
     [](const auto& one) { return one.param.name; });
 
 TEST(OrvixctlCallErrors, FailingCallTellsNumberSourceAndDescription) {
@@ -71,6 +83,13 @@ TEST(OrvixctlCallErrors, FailingCallTellsNumberSourceAndDescription) {
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err,
             "orvixctl: classDirectory.File failed: error 61206 from Orvix.classDirectory: Index out of range\n");
+}
+
+TEST(OrvixctlCallErrors, StepsBeforeTheFailureArePrinted) {
+  const ProgramResult result = Call({"classStack.Size", ".Pop", ".Size"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "0\n");
+  EXPECT_EQ(result.err, "orvixctl: classStack.Pop failed: error 66000 from classStack.Pop: Stack is empty\n");
 }
 
 TEST(OrvixctlCallErrors, MessageBoxGoesToStandardErrorAndTheCallSucceeds) {
@@ -110,8 +129,20 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"OutOfRange", {"classString.Char=256", "1"}, "from 0 to 255"},
         UsageCase{"NoArray", {"classOrvix.Max", "3"}, "aValues: \"3\" is not an array"},
         UsageCase{"NoConstant", {"classOrvix.GetRGB", "1", "oxGren"}, "Did you mean oxGreen?"},
-        UsageCase{"PutOfReadOnly", {"classFilename.Path=x"}, "classFilename.Path cannot be put"}),
+        UsageCase{"PutOfReadOnly", {"classFilename.Path=x"}, "classFilename.Path cannot be put"},
+        UsageCase{"StepWithoutResult", {"classStack.Reset", "..Size"}, "needs an object"}),
     [](const auto& one) { return one.param.name; });
+
+TEST(OrvixctlCallJson, GivesResultsOutputsAndErrorsInOneDocument) {
+  const ProgramResult result =
+      Call({"--json", "classStack.Push", "a\"\\\x01", ".Peek", ".IsOnStack", "1", "sdEndToStart", "@", ".Peek", "9"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out,
+            R"({"class":"classStack","calls":[{"member":"Push"},{"member":"Peek","result":"a\"\\\u0001"},)"
+            R"({"member":"IsOnStack","result":false,"outputs":{"lIndex":0}},{"member":"Peek","error":{"number":66001,)"
+            R"("source":"classStack.Peek","description":"Offset too far"}}]})"
+            "\n");
+}
 
 TEST(OrvixctlCallJson, RecordsGoByField) {
   const testing_support::ScratchDirectory scratch;

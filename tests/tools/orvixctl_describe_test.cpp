@@ -110,6 +110,19 @@ TEST(OrvixctlIdl, IsCompleteAndBalanced) {
   EXPECT_TRUE(Says(idl, "SAFEARRAY(VARIANT)* aValues"));
 }
 
+TEST(OrvixctlRegister, MakesTheClassesFoundAndTakesThemAway) {
+  const ProgramResult registered = RunProgram("orvixctl", {"register"});
+  EXPECT_EQ(registered.status, 0) << registered;
+  EXPECT_EQ(registered.out, "Orvix is registered.\n");
+  const std::string key = "CLSID\\{D2237103-E00E-4031-90A7-D5300BFEB7F8}\\InprocServer32";
+  // The empty name is the key's default value.
+  const std::vector<std::string> read_default = {"call", "classOrvix.GetKeyValue", "oxHKEY_CLASSES_ROOT", key, "", "@"};
+  EXPECT_TRUE(Says(RunProgram("orvixctl", read_default).out, "liborvix.so"));
+  const ProgramResult unregistered = RunProgram("orvixctl", {"unregister"});
+  EXPECT_EQ(unregistered.status, 0) << unregistered;
+  EXPECT_TRUE(RunProgram("orvixctl", read_default).out.starts_with("False\n"));
+}
+
 TEST(OrvixctlCommandLine, HelpEverywhere) {
   for (const char* command : {"list", "describe", "call", "idl", "register", "unregister"}) {
     const ProgramResult behind = RunProgram("orvixctl", {command, "--help"});

@@ -84,6 +84,15 @@ TEST(WrapperUtility, ObjectsAsArguments) {
   EXPECT_EQ(name.FileSize(), 3);
 }
 
+TEST(WrapperUtility, RegistryWritesAndReadsBack) {
+  const Utility& orvix = Global();
+  EXPECT_TRUE(orvix.CreateNewKeyRet("Wrapper\\Key", oxHKEY_CURRENT_USER));
+  EXPECT_TRUE(orvix.SetKeyValueRet("Wrapper\\Key", "Name", "value", oxREG_SZ, oxHKEY_CURRENT_USER));
+  String text;
+  EXPECT_TRUE(orvix.GetKeyValue(oxHKEY_CURRENT_USER, "Wrapper\\Key", "Name", text));
+  EXPECT_EQ(text, "value");
+}
+
 TEST(WrapperFilename, PropertiesBothWays) {
   Filename name("C:\\Data\\report.old.txt");
   EXPECT_EQ(name.Path(), "C:\\Data\\");
@@ -107,6 +116,16 @@ TEST(WrapperErrors, CarryNumberSourceAndDescription) {
     EXPECT_EQ(error.Source(), u"classFilename.CompleteFilename");
     EXPECT_EQ(error.Description(), u"Invalid filename.");
     EXPECT_STREQ(error.what(), "Error 60000 (classFilename.CompleteFilename): Invalid filename.");
+  }
+}
+
+TEST(WrapperErrors, NumbersAboveSixteenBits) {
+  Stack stack;
+  try {
+    (void)stack.Pop();
+    FAIL();
+  } catch (const std::exception& error) {
+    EXPECT_STREQ(error.what(), "Error 66000 (classStack.Pop): Stack is empty");
   }
 }
 
@@ -141,6 +160,60 @@ TEST(WrapperDirectory, RecordsAreOwned) {
   EXPECT_EQ(directory.GetFileName(2), "a.txt");
   directory.Init(folder + u"*.txt", 0, "1990-01-01", "1990-12-31");
   EXPECT_EQ(directory.NumFiles(), 0);
+}
+
+TEST(WrapperStringBuffer, IndexedPropertiesAndChains) {
+  StringBuffer buffer("Hello");
+  EXPECT_EQ(buffer.Left(3).Text(), "Hel");
+  EXPECT_EQ(buffer.Mid(2).Text(), "ello");
+  EXPECT_EQ(buffer.Mid(2, 2).Text(), "el");
+  buffer.SetMid(2, {}, "XY");
+  EXPECT_EQ(buffer.Text(), "HXYlo");
+  buffer.SetRight(2, StringBuffer("ab"));
+  EXPECT_EQ(buffer.Text(), "HXYab");
+  buffer.SetChar(1, 'h');
+  EXPECT_EQ(buffer.Char(1), 104);
+  EXPECT_EQ(buffer.Append("!").Append(7).Text(), "hXYab!7");
+  EXPECT_EQ(buffer.UCase().get(), buffer.get());
+  EXPECT_EQ(buffer.Find("B"), 5);
+  EXPECT_EQ(buffer.Find("X", 3), 0);
+  EXPECT_EQ(StringBuffer("a;b").GetElement(2, ";"), "b");
+}
+
+TEST(WrapperStacks, ValuesAndObjects) {
+  Stack values;
+  values.Push(1);
+  values.Push("two");
+  LONG index = 0;
+  EXPECT_TRUE(values.IsOnStack(1, sdEndToStart, &index));
+  EXPECT_EQ(index, 1);
+  EXPECT_TRUE(values.IsOnStack("two", sdStartToEnd));
+  EXPECT_EQ(values.Peek(1).To<LONG>(), 1);
+  EXPECT_EQ(values.Pop().To<std::string>(), "two");
+  EXPECT_EQ(values.Size(), 1);
+  values.Push(StringBuffer("held"));
+  EXPECT_EQ(StringBuffer(values.Pop().To<Pointer<_classString>>()).Text(), "held");
+
+  ObjectStack objects;
+  objects.Push(values);
+  EXPECT_EQ(objects.GetStackItem(1).get(), values.get());
+  EXPECT_EQ(objects.Pop().As<_classStack>().get(), values.get());
+  EXPECT_TRUE(objects.IsEmpty());
+}
+
+TEST(WrapperFileOperation, CopiesAFile) {
+  const ScratchDirectory scratch;
+  std::ofstream(scratch.Path() / "from") << "content";
+  FileOperation operation;
+  operation.SetSilentMode(true);
+  operation.SetConfirmOperation(false);
+  EXPECT_TRUE(operation.SilentMode());
+  operation.SetCustomText(u"copying");
+  EXPECT_EQ(operation.CustomText(), "copying");
+  operation.AddSourceFile(PlatformName(scratch.Path() / "from"));
+  operation.AddDestFile(PlatformName(scratch.Path() / "to"));
+  EXPECT_TRUE(operation.CopyFiles());
+  EXPECT_EQ(testing_support::ReadWhole(scratch.Path() / "to"), "content");
 }
 
 std::string LibraryFile() {
