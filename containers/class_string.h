@@ -6,8 +6,8 @@
 #include <string>
 
 #include "containers/byte_scan.h"
-#include "containers/low_bytes.h"
 #include "frame/argument_types.h"
+#include "frame/low_bytes.h"
 
 namespace Orvix::component {
 

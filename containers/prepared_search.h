@@ -3,8 +3,8 @@
 #ifndef ORVIX_CONTAINERS_PREPARED_SEARCH_H
 #define ORVIX_CONTAINERS_PREPARED_SEARCH_H
 
-#include "containers/ansi_text.h"
 #include "containers/class_string.h"
+#include "frame/ansi_text.h"
 
 namespace Orvix::component {
 

@@ -1,9 +1,9 @@
 // The stack of values.
 #include <new>
 
-#include "containers/ansi_text.h"
 #include "containers/class_stack.h"
 #include "containers/stack_errors.h"
+#include "frame/ansi_text.h"
 
 namespace Orvix::component {
 

@@ -3,10 +3,10 @@
 #include <cstring>
 #include <limits>
 
-#include "containers/ansi_text.h"
 #include "containers/prepared_search.h"
 #include "containers/size_keeper.h"
 #include "containers/string_object.h"
+#include "frame/ansi_text.h"
 #include "frame/modErrorCodes.h"
 #include "frame/object_call.h"
 

@@ -48,7 +48,7 @@ void classString::ReadFromFile(SHORT file_number, OptionalBool prefix_length) {
   SizeKeeper keeper(*this);
   if (count > bufferSize && !TryRedimension(count, false)) {
     // Too much for the memory, and for the file: no length at all.
-    if (!FileHolds(file_number, count)) RaiseRuntimeError(kSubscriptOutOfRange);
+    if (prefix_length && !FileHolds(file_number, count)) RaiseRuntimeError(kSubscriptOutOfRange);
     throw std::bad_alloc();
   }
   GetBytes(file_number, buffer.data(), count + 1);

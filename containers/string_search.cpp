@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <limits>
 
-#include "containers/ansi_text.h"
 #include "containers/prepared_search.h"
+#include "frame/ansi_text.h"
 #include "frame/error_styles.h"
 #include "frame/late_binding.h"
 #include "frame/modErrorCodes.h"

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <limits>
 
-#include "containers/ansi_text.h"
 #include "containers/string_object.h"
+#include "frame/ansi_text.h"
 #include "frame/modErrorCodes.h"
 
 namespace Orvix::component {

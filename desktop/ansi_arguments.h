@@ -6,8 +6,8 @@
 #include <cstring>
 #include <string>
 
-#include "containers/ansi_text.h"
-#include "containers/low_bytes.h"
+#include "frame/ansi_text.h"
+#include "frame/low_bytes.h"
 #include "frame/modErrorCodes.h"
 #include "frame/parameters.h"
 

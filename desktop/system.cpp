@@ -1,7 +1,7 @@
 // The operating system's version, and new identifiers.
 #include <string_view>
 
-#include "containers/ansi_text.h"
+#include "frame/ansi_text.h"
 #include "frame/class_orvix.h"
 
 namespace Orvix::component {

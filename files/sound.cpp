@@ -1,5 +1,5 @@
 // Playing the sound that a classFilename names.
-#include "containers/ansi_text.h"
+#include "frame/ansi_text.h"
 #include "frame/class_orvix.h"
 #include "frame/error_styles.h"
 #include "frame/object_call.h"

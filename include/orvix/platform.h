@@ -16,7 +16,8 @@ inline constexpr INT IDOK = 1;
 // screen: the request becomes one record of the system log (a style of 16 is an
 // error) and the answer is IDOK at once. Null texts are empty ones.
 ORVIX_API INT ORVIX_CALL MessageBoxW(void* window, const OLECHAR* text, const OLECHAR* title, UINT style);
-// Non-zero when mouse-button or key messages wait; natively 0 without a display.
+// Non-zero when mouse-button or key messages wait in the queue that the host
+// lends; 0 without a host that does.
 ORVIX_API BOOL ORVIX_CALL GetInputState();
 // Place in the z-order (`after` -1 is topmost), position and size in pixels, and
 // show state of a window. Without a display nothing happens, which is a success.

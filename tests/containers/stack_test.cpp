@@ -2,7 +2,6 @@
 #include <malloc.h>
 
 #include "tests/containers/text_buffer.h"
-#include "tests/support/scripted_object.h"
 
 namespace Orvix::testing {
 namespace {
@@ -261,7 +260,8 @@ TEST(Stack, KeepsEveryTypeAsItIs) {
   VARIANT missing = Missing();
   EXPECT_EQ(stack->Push(&missing), DISP_E_PARAMNOTOPTIONAL);
   EXPECT_EQ(stack->Push(nullptr), E_POINTER);
-  EXPECT_EQ(stack->GetStackItem(nullptr, missing.pvarVal), E_POINTER);
+  Variant got;
+  EXPECT_EQ(stack->GetStackItem(nullptr, got.Receive()), E_POINTER);
   EXPECT_EQ(SizeOfStack(stack), 0);
 }
 
@@ -274,24 +274,23 @@ TEST(Stack, CostsWhatItsItemsCost) {
     const auto cost = mallinfo2().uordblks - before;
     EXPECT_LE(cost, static_cast<std::size_t>(many) * 24 + 50000) << many;
     EXPECT_EQ(stack->Reset(), S_OK);
-    EXPECT_LE(mallinfo2().uordblks, before);
+    EXPECT_LE(mallinfo2().uordblks, before + 4096);  // what the allocator keeps for itself
   }
 }
 
 // An item that, asked for its text, takes the items from the stack.
 TEST(Stack, ItemsMayChangeTheStackThatSearchesThem) {
   const Stack stack = NewObject<_classStack>();
-  ScriptedObject object;
-  object.Gives(u"Value", [&](const ScriptedObject::Arguments&) {
-    stack->Reset();
+  ObjectWithDefault object([&] {
+    EXPECT_EQ(stack->Reset(), S_OK);
     return Variant(TextView(u"text"));
   });
   ASSERT_EQ(Push(stack, Variant(TextView(u"below")).get()), kDone);
   ASSERT_EQ(Push(stack, ObjectValue(&object)), kDone);
-  LONG references = object.references;
+  EXPECT_EQ(object.references, 2u);
   EXPECT_EQ(IsOn(stack, u"below", sdEndToStart), (Place{false, 0}));
   EXPECT_EQ(SizeOfStack(stack), 0);
-  EXPECT_EQ(object.references, references - 1);
+  EXPECT_EQ(object.references, 1u);
 }
 
 TEST(ObjectStack, KeepsTheObjectsThemselves) {

@@ -117,6 +117,16 @@ TEST_F(StringRecord, TooLittleMemoryIsError7) {
     const ExhaustedLowMemory exhausted;
     EXPECT_EQ(Read(buffer, VARIANT_TRUE), kNoMemory);
   }
+  const Buffer shrunk = BufferOf(Text(100000, u's'));
+  ASSERT_EQ(SetBufferSize(shrunk, 300), kDone);
+  {
+    const ExhaustedLowMemory exhausted;
+    EXPECT_EQ(Write(shrunk, VARIANT_TRUE), kNoMemory);
+    EXPECT_EQ(Read(shrunk, VARIANT_FALSE), kNoMemory);  // its own length, whatever the file has
+  }
+  EXPECT_EQ(LengthOf(shrunk), 100000);
+  EXPECT_EQ(SizeOf(shrunk), 300);
+  EXPECT_EQ(ByteAt(shrunk, 301), 's');
   EXPECT_EQ(ValueOf(buffer), u"kept");
   ASSERT_EQ(NumberOf(OxSeekFile(kFile, 1)), 0);
   EXPECT_EQ(Read(buffer, VARIANT_TRUE), kDone);

@@ -162,8 +162,13 @@ TEST_F(StringList, FailuresAreReportedAndNotRaised) {
   EXPECT_EQ(Element(buffer, 1, u","), u"ab");  // all of it is there
   EXPECT_TRUE(host_.boxes.empty());
   EXPECT_EQ(Element(buffer, 2, u","), u"");
+  // Separators that are found nowhere without a search.
+  EXPECT_EQ(Element(buffer, 1, u""), u"");
+  EXPECT_EQ(Element(buffer, 1, u"longer than the list"), u"");
   EXPECT_EQ(Count(buffer, u","), 0);
   const std::vector<MessageBoxRequest> expected = {
+      {u"Error GetElement.\r\nSubscript out of range", 16, u"Orvix"},
+      {u"Error GetElement.\r\nSubscript out of range", 16, u"Orvix"},
       {u"Error GetElement.\r\nSubscript out of range", 16, u"Orvix"},
       {u"Error LengthList.\r\nSubscript out of range", 16, u"Orvix"},
   };

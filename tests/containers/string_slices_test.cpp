@@ -239,6 +239,26 @@ TEST(StringParts, BadValuesAreErrorsAndChangeNothing) {
   EXPECT_EQ(ValueOf(buffer), kHello);
 }
 
+TEST(StringParts, ValuesMayChangeTheBufferThatAsksForThem) {
+  const Buffer buffer = BufferOf(kHello);
+  ObjectWithDefault shrinks([&] {
+    EXPECT_EQ(SetBufferSize(buffer, 5), kDone);
+    return Variant(TextView(u"12345678"));
+  });
+  EXPECT_EQ(Let(buffer, Part::kLeft, 0, 8, ObjectValue(&shrinks)), kOutside);
+  EXPECT_EQ(ByteAt(buffer, 1), 'H');
+  ObjectWithDefault empties([&] {
+    EXPECT_EQ(SetLength(buffer, 0), kDone);
+    return Variant(TextView(u"3"));
+  });
+  VARIANT count = ObjectValue(&empties);
+  Buffer part;
+  EXPECT_EQ(buffer->get_Mid(1, &count, part.Receive()), S_OK);
+  EXPECT_EQ(ValueOf(part), u"");
+  EXPECT_EQ(Append(buffer, ObjectValue(&shrinks)), kDone);
+  EXPECT_EQ(ValueOf(buffer), u"12345678");
+}
+
 TEST(StringParts, ByNameGetLetAndSetAreToldApart) {
   const Buffer buffer = BufferOf(kHello);
   const Variant three(LONG{3});

@@ -2,7 +2,9 @@
 #ifndef ORVIX_TESTS_CONTAINERS_TEXT_BUFFER_H
 #define ORVIX_TESTS_CONTAINERS_TEXT_BUFFER_H
 
+#include <functional>
 #include <ostream>
+#include <utility>
 
 #include "frame/classes.h"
 #include "tests/support/component.h"
@@ -26,6 +28,34 @@ inline VARIANT ObjectValue(IDispatch* object) {
   value.pdispVal = object;
   return value;
 }
+
+// Has a default member and nothing else. Lives on the stack of its test: the
+// count of references is only looked at.
+class ObjectWithDefault final : public IDispatch {
+ public:
+  explicit ObjectWithDefault(std::function<Variant()> value) : value_(std::move(value)) {}
+  ULONG references = 1;
+
+  HRESULT QueryInterface(REFIID iid, void** object) override {
+    if (iid != IID_IUnknown && iid != IID_IDispatch) return E_NOINTERFACE;
+    *object = static_cast<IDispatch*>(this);
+    AddRef();
+    return S_OK;
+  }
+  ULONG AddRef() override { return ++references; }
+  ULONG Release() override { return --references; }
+  HRESULT GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT GetIDsOfNames(REFIID, OLECHAR**, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
+  HRESULT Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
+    if (member != DISPID_VALUE) return DISP_E_MEMBERNOTFOUND;
+    *result = value_().Detach();
+    return S_OK;
+  }
+
+ private:
+  std::function<Variant()> value_;
+};
 
 // What a call failed with: number, source, description; 0 and nothing else for a
 // success.

@@ -1,5 +1,5 @@
-// Takes all low memory while it lives, so that the next request of at least 16
-// bytes finds none.
+// Takes low memory while it lives, so that the next request for a new region
+// finds none; what is free inside regions in use may still serve small ones.
 #ifndef ORVIX_TESTS_SUPPORT_EXHAUSTED_LOW_MEMORY_H
 #define ORVIX_TESTS_SUPPORT_EXHAUSTED_LOW_MEMORY_H
 

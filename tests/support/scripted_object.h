@@ -91,6 +91,7 @@ class ScriptedObject final : public IDispatch {
   }
   HRESULT Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
                  UINT*) override {
+    if (id < 1 || static_cast<std::size_t>(id) > members_.size()) return DISP_E_MEMBERNOTFOUND;
     const Member& called = members_[static_cast<std::size_t>(id) - 1];
     Arguments arguments(params->rgvarg, params->rgvarg + params->cArgs);
     std::reverse(arguments.begin(), arguments.end());

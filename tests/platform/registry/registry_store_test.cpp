@@ -94,10 +94,11 @@ TEST_F(StoreTest, ADirectoryThatWasTakenAwayStartsEmpty) {
 // One writer is killed over and over in the middle of its work while another one
 // writes: no value is ever anything but whole, and none of the survivor's is lost.
 TEST_F(StoreTest, KilledWritersLeaveOldOrNewValues) {
+  constexpr int kKills = 200;
   const auto value_of = [](char c) { return std::string(20000, c); };
   const HKEY key = CreateKey(User(), "A");
   ASSERT_EQ(SetBytes(key, "victim", 3, value_of('a')), 0);
-  for (int round = 0; round < 60; ++round) {
+  for (int round = 0; round < kKills; ++round) {
     int ready[2] = {};
     ASSERT_EQ(pipe(ready), 0);
     const pid_t child = fork();
@@ -124,7 +125,7 @@ TEST_F(StoreTest, KilledWritersLeaveOldOrNewValues) {
               setenv("ORVIX_REGISTRY", (Store() + "/.").c_str(), 1);
               HKEY fresh = nullptr;
               if (RegOpenKeyExA(User(), "A", 0, kGeneral, &fresh) != 0) return 1;
-              for (int round = 0; round < 60; ++round) {
+              for (int round = 0; round < kKills; ++round) {
                 for (int i = 0; i <= round % 7; ++i) {
                   const std::string name = std::to_string(round) + "." + std::to_string(i);
                   if (GetBytes(fresh, name.c_str()) != name) return 2;

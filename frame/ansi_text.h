@@ -1,7 +1,7 @@
 // Texts of arguments, and their way through the ANSI code page: one byte per
 // UTF-16 unit, both ways.
-#ifndef ORVIX_CONTAINERS_ANSI_TEXT_H
-#define ORVIX_CONTAINERS_ANSI_TEXT_H
+#ifndef ORVIX_FRAME_ANSI_TEXT_H
+#define ORVIX_FRAME_ANSI_TEXT_H
 
 #include <string>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "containers/ansi_text.h"
+#include "frame/ansi_text.h"
 
 #include <cstdint>
 #include <cstring>

@@ -1,7 +1,7 @@
 // A run of low memory: its address fits in 31 bits, so that a 32-bit number can
 // carry it.
-#ifndef ORVIX_CONTAINERS_LOW_BYTES_H
-#define ORVIX_CONTAINERS_LOW_BYTES_H
+#ifndef ORVIX_FRAME_LOW_BYTES_H
+#define ORVIX_FRAME_LOW_BYTES_H
 
 #include <cstddef>
 
