@@ -34,12 +34,18 @@ class AnsiArgument {
 };
 
 // Bytes in low memory, followed by a NUL, whose address a 32-bit field of a
-// packed record carries. Error 7 when low memory is exhausted.
+// packed record carries. Converted in place and by the platform, which knows
+// then whether a "?" at that address is the caller's own or stands for a
+// character that was lost. Error 7 when low memory is exhausted.
 class LowText {
  public:
   explicit LowText(TextView text) : size_(text.size()) {
     if (!bytes_.Resize(size_ + 1)) RaiseRuntimeError(kOutOfMemory);
-    Narrow(text, bytes_.data());
+    if (size_ > 0) {
+      const auto units = static_cast<INT>(size_);
+      WideCharToMultiByte(CP_ACP, 0, text.data(), units, reinterpret_cast<char*>(bytes_.data()), units, nullptr,
+                          nullptr);
+    }
     bytes_.data()[size_] = 0;
   }
   [[nodiscard]] LONG Address() const { return static_cast<LONG>(reinterpret_cast<std::uintptr_t>(bytes_.data())); }

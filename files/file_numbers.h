@@ -17,7 +17,7 @@ struct Opening {
 };
 inline constexpr Opening kTextOutput{kOxModeOutput, kOxAccessDefault, kOxShareDefault};
 inline constexpr Opening kSharedTextOutput{kOxModeOutput, kOxAccessWrite, kOxShareShared};
-inline constexpr Opening kSharedBinary{kOxModeBinary, kOxAccessDefault, kOxShareShared};
+inline constexpr Opening kSharedBinaryRead{kOxModeBinary, kOxAccessRead, kOxShareShared};
 inline constexpr Opening kSharedBinaryOutput{kOxModeBinary, kOxAccessWrite, kOxShareShared};
 inline constexpr Opening kBinaryRead{kOxModeBinary, kOxAccessRead, kOxShareDefault};
 inline constexpr Opening kBinaryWrite{kOxModeBinary, kOxAccessWrite, kOxShareDefault};

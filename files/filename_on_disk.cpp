@@ -72,7 +72,9 @@ BstrHandle classFilename::GetFile() {
     SHORT number = FreeFileNumber();
     LONG size = FileSize();
     if (size < 0) RaiseRuntimeError(kOutOfMemory);
-    OpenUnder(number, CompleteFilename(), kSharedBinary);
+    // For reading only: a file that has gone since the test is a failure, and is not
+    // made again.
+    OpenUnder(number, CompleteFilename(), kSharedBinaryRead);
     RefuseOversized(number);
     // A file that changes under the reading is read again, whole, a few times.
     for (int attempt = 0; attempt < 4; ++attempt) {

@@ -41,6 +41,7 @@ void classOrvix::StoreData(_classFilename* filename, TextVariable data) {
 }
 
 void classOrvix::StoreBinaryData(_classFilename* filename, ArrayVariable<BYTE> data) {
+  BytesOf(data.get());  // an array that cannot be stored must not empty the file
   SHORT number = FreeFileNumber();
   MakeDir(TextFrom(filename, &_classFilename::get_Path));
   const Text name = TextFrom(filename, &_classFilename::get_CompleteFilename);

@@ -132,17 +132,20 @@ Opened OpenExisting(const NativeName& name) {
 Opened OpenByRequest(const NativeName& name, const OpenRequest& request) {
   if (request.mode == kOxModeBinary && request.access == kOxAccessRead) return OpenExisting(name);
   const bool read_too = request.mode == kOxModeBinary && request.access != kOxAccessWrite;
-  const int flags = read_too ? O_RDWR : O_WRONLY;
-  Descriptor descriptor(OpenDescriptor(name.path, flags | O_CREAT));
-  if (descriptor.get() >= 0) return {std::move(descriptor), flags};
-  const int error = errno;
+  const bool reads_at_least = request.mode == kOxModeBinary && request.access == kOxAccessDefault;
   struct stat facts;
-  // Without a wish for access what cannot be written is read, if it is there.
-  if (request.mode == kOxModeBinary && request.access == kOxAccessDefault && IsRefusal(error) &&
-      stat(name.path.c_str(), &facts) == 0) {
-    return OpenExisting(name);
+  const bool exists = stat(name.path.c_str(), &facts) == 0;
+  if (exists && S_ISREG(facts.st_mode) && (facts.st_mode & 0222) == 0) {
+    if (reads_at_least) return OpenExisting(name);
+    throw RuntimeError{kPathFileAccess};
   }
-  FailWithErrno(error, FileTask::kCreate);
+  const int flags = read_too ? O_RDWR : O_WRONLY;
+  // Asking to create what is there is refused in shared directories.
+  Descriptor descriptor(OpenDescriptor(name.path, exists ? flags : flags | O_CREAT));
+  if (descriptor.get() >= 0) return {std::move(descriptor), flags};
+  // Without a wish for access what cannot be written is read, if it is there.
+  if (reads_at_least && exists && IsRefusal(errno)) return OpenExisting(name);
+  FailWithErrno(errno, FileTask::kCreate);
 }
 
 // Back to transfers that wait.
@@ -154,6 +157,10 @@ void ClearNonBlocking(int descriptor) {
 }  // namespace
 
 std::unique_ptr<OpenedFile> OpenNativeFile(TextView name, const OpenRequest& request) {
+  // The lock takes a descriptor of its own: where there is no room for it, no
+  // empty file shall be left behind.
+  Descriptor room(Retried([] { return open("/", O_PATH | O_CLOEXEC); }));
+  if (room.get() < 0) FailWithErrno(errno, FileTask::kCreate);
   auto [descriptor, flags] = OpenByRequest(ResolveName(name), request);
   struct stat facts;
   if (fstat(descriptor.get(), &facts) != 0) FailWithErrno(errno, FileTask::kExisting);
@@ -168,6 +175,7 @@ std::unique_ptr<OpenedFile> OpenNativeFile(TextView name, const OpenRequest& req
   auto file = std::make_unique<NativeFile>(std::move(descriptor), flags != O_WRONLY, writable);
   if (!regular) return file;
   const bool output = request.mode == kOxModeOutput;
+  close(room.Release());
   file->Mark(facts, output, !request.shared);
   if (output && Retried([&] { return ftruncate(file->number(), 0); }) != 0) FailWithErrno(errno, FileTask::kCreate);
   return file;

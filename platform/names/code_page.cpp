@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "orvix/runtime.h"
+#include "platform/names/lost_characters.h"
 
 namespace Orvix {
 
@@ -116,6 +117,12 @@ INT ORVIX_CALL WideCharToMultiByte(UINT page, DWORD /*flags: there is no best fi
   if (capacity == 0) return static_cast<INT>(length);
   if (bytes == nullptr || static_cast<std::size_t>(capacity) < length) return 0;
   const bool exact = Orvix::ToAnsi({text, length}, bytes, substitute != nullptr ? *substitute : '?');
+  if (exact) {
+    Orvix::ForgetLostCharacters({bytes, length});
+  } else {
+    const OLECHAR* const lost = std::find_if(text, text + length, [](OLECHAR unit) { return Orvix::ByteOf(unit) < 0; });
+    Orvix::NoteLostCharacters({bytes, length}, static_cast<std::size_t>(lost - text));
+  }
   if (substituted != nullptr) *substituted = exact ? 0 : 1;
   return static_cast<INT>(length);
 }

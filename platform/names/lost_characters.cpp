@@ -19,6 +19,7 @@ struct Note {
 constexpr std::size_t kNotes = 16;
 constinit thread_local Note notes[kNotes] = {};
 constinit thread_local std::size_t next_note = 0;
+constinit thread_local bool any_note = false;  // most threads never lose anything
 
 std::uint64_t ContentOf(std::string_view bytes) noexcept {
   std::uint64_t hash = 0xCBF29CE484222325;
@@ -29,6 +30,7 @@ std::uint64_t ContentOf(std::string_view bytes) noexcept {
 }  // namespace
 
 void ForgetLostCharacters(std::string_view bytes) noexcept {
+  if (!any_note) return;
   for (Note& note : notes) {
     if (note.start != nullptr && note.start < bytes.data() + bytes.size() && bytes.data() < note.start + note.length) {
       note.start = nullptr;
@@ -38,15 +40,16 @@ void ForgetLostCharacters(std::string_view bytes) noexcept {
 
 void NoteLostCharacters(std::string_view bytes, std::size_t first_lost) noexcept {
   ForgetLostCharacters(bytes);
+  any_note = true;
   notes[next_note] = {bytes.data(), bytes.size(), first_lost, ContentOf(bytes.substr(0, first_lost + 1))};
   next_note = (next_note + 1) % kNotes;
 }
 
 bool LostCharacters(std::string_view bytes) noexcept {
-  return std::any_of(std::begin(notes), std::end(notes), [&](const Note& note) {
-    return note.start == bytes.data() && note.start != nullptr && note.first_lost < bytes.size() &&
-           note.content == ContentOf(bytes.substr(0, note.first_lost + 1));
-  });
+  return any_note && std::any_of(std::begin(notes), std::end(notes), [&](const Note& note) {
+           return note.start == bytes.data() && note.start != nullptr && note.first_lost < bytes.size() &&
+                  note.content == ContentOf(bytes.substr(0, note.first_lost + 1));
+         });
 }
 
 }  // namespace Orvix

@@ -136,16 +136,14 @@ bool TreeCopier::CopyDirectory(const Route& route, CopiedEntry* copied, int dept
 bool TreeCopier::CopyContent(int in, int out, bool made, CopiedEntry* copied, int depth) {
   const Entries entries(in, Side::kSource);
   Spellings spellings(out, made);
-  std::unordered_set<std::string_view> own;  // a name that comes along is not another spelling
   if (!made) {
-    for (std::size_t i = 0; i < entries.size(); ++i) own.insert(entries.NameOf(i));
+    for (std::size_t i = 0; i < entries.size(); ++i) spellings.Expect(entries.NameOf(i));
   }
   if (copied != nullptr) copied->below.reserve(entries.size());
   bool whole = true;
   for (std::size_t i = 0; i < entries.size(); ++i) {
     const char* const name = entries.NameOf(i);
     std::string to_name = spellings.Find(name);
-    if (to_name != name && own.contains(to_name)) to_name = name;
     const Step from_step(*from_path_, name);
     const Step to_step(*to_path_, to_name.c_str());
     CopiedEntry* const below = copied == nullptr ? nullptr : &copied->below.emplace_back();

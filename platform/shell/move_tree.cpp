@@ -79,12 +79,10 @@ bool TreeMover::Merge(const Route& route, int depth) {
     const Descriptor out = OpenDirectory(route.to, route.to_name.c_str(), Side::kTarget);
     const Entries entries(in.get(), Side::kSource);
     Spellings spellings(out.get(), /*fresh=*/false);
-    std::unordered_set<std::string_view> own;
-    for (std::size_t i = 0; i < entries.size(); ++i) own.insert(entries.NameOf(i));
+    for (std::size_t i = 0; i < entries.size(); ++i) spellings.Expect(entries.NameOf(i));
     for (std::size_t i = 0; i < entries.size(); ++i) {
       const char* const name = entries.NameOf(i);
       std::string to_name = spellings.Find(name);
-      if (to_name != name && own.contains(to_name)) to_name = name;
       const Step from_step(*from_path_, name);
       const Step to_step(*to_path_, to_name.c_str());
       all = MoveEntry({in.get(), name, out.get(), std::move(to_name), false}, depth + 1) && all;

@@ -28,7 +28,7 @@ Text ShownName(const std::string& path) {
   }
 }
 
-constexpr LONG kNo = 0;
+constexpr LONG kYes = 1;  // anything unknown is a no
 constexpr LONG kYesToAll = 2;
 constexpr LONG kCancel = 3;
 
@@ -65,8 +65,9 @@ bool Progress::Allows(LONG kind, const std::string& path) {
   const LONG answer = host_.FileQuestion(host_.context, kind, ShownName(path).c_str());
   if (answer == kCancel) Cancel();
   if (answer == kYesToAll) yes_to_all_[kind] = true;
-  if (answer == kNo) aborted_ = true;
-  return answer != kNo;
+  const bool yes = answer == kYes || answer == kYesToAll;
+  if (!yes) aborted_ = true;
+  return yes;
 }
 
 void Progress::Cancel() {

@@ -11,7 +11,9 @@ namespace {
 void RemoveBelow(Operation& operation, int directory, const char* name, std::string& path, int depth) {
   if (depth > kDeepest) throw ShellError{kTooDeep};
   {
-    const Descriptor open = OpenDirectory(directory, name, Side::kSource);
+    const Descriptor open(openat(directory, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!open.ok() && errno == ENOENT) return;  // gone meanwhile, as it should be
+    if (!open.ok()) Fail(errno, Side::kSource);
     const Entries entries(open.get(), Side::kSource);
     for (std::size_t i = 0; i < entries.size(); ++i) {
       const char* const entry = entries.NameOf(i);

@@ -5,6 +5,8 @@
 
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
+#include <vector>
 
 #include "orvix/text.h"
 
@@ -16,19 +18,24 @@ class Spellings {
   // made for this operation nothing has to be looked up.
   Spellings(int directory, bool fresh) : directory_(directory), fresh_(fresh) {}
 
+  // `name` is going to be put there as well: it is no other spelling of
+  // something else that comes.
+  void Expect(const std::string& name) { expected_.insert(name); }
+
   // The spelling of `name` that is there: exactly so, else in another case (of
-  // several the lowest by bytes), else `name` itself.
+  // several the lowest by bytes), else `name` itself. What one name has found
+  // in another case is not found by a second one: two items that the caller has
+  // under two spellings stay two.
   [[nodiscard]] std::string Find(const std::string& name);
-  // `name` has been put there since.
-  void Add(const std::string& name);
 
  private:
-  void Put(const std::string& name);
+  void ReadAll();
 
   int directory_;
   bool fresh_;
   bool read_ = false;
-  std::unordered_map<Text, std::string> by_folded_;
+  std::unordered_set<std::string> expected_;
+  std::unordered_map<Text, std::vector<std::string>> by_folded_;  // the lowest last
 };
 
 }  // namespace Orvix::Shell

@@ -2,6 +2,10 @@
 #include "platform/shell/transfer.h"
 
 #include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
 
 #include "platform/names/case_fold.h"
 #include "platform/shell/collision.h"
@@ -40,7 +44,9 @@ bool IsAtOrAbove(const struct stat& outer, std::string path) {
 
 class Transferrer {
  public:
-  explicit Transferrer(Operation& operation) : operation_(operation), copier_(operation), mover_(operation) {}
+  Transferrer(Operation& operation, const Plan& plan) : operation_(operation), copier_(operation), mover_(operation) {
+    for (const Item& item : plan.items) coming_[item.target.directory].push_back(&item.target.name);
+  }
 
   void Run(const Item& item);
 
@@ -52,6 +58,9 @@ class Transferrer {
   Operation& operation_;
   TreeCopier copier_;
   TreeMover mover_;
+  // What the whole request puts into each directory.
+  std::unordered_map<std::string_view, std::vector<const std::string*>> coming_;
+  std::unordered_set<std::string> unwanted_;  // directories that the user does not want made
   // Items often share their directories with the item before.
   std::string from_path_;
   Descriptor from_;
@@ -64,16 +73,21 @@ class Transferrer {
 // when the user does not want it made.
 bool Transferrer::ReachTarget(const std::string& path) {
   if (to_.ok() && path == to_path_) return true;
+  if (unwanted_.contains(path)) return false;
   struct stat facts;
   if (stat(path.c_str(), &facts) != 0) {
     if (errno != ENOENT) Fail(errno, Side::kTarget);
-    if (!operation_.progress.Allows(kOxAskMakeDirectory, path)) return false;
+    if (!operation_.progress.Allows(kOxAskMakeDirectory, path)) {
+      unwanted_.insert(path);
+      return false;
+    }
     MakeTarget(path);
   }
   spellings_.reset();
   to_ = ReachDirectory(path, Side::kTarget);
   to_path_ = path;
   spellings_.emplace(to_.get(), /*fresh=*/false);
+  for (const std::string* const name : coming_[path]) spellings_->Expect(*name);
   return true;
 }
 
@@ -118,7 +132,7 @@ void Transferrer::Run(const Item& item) {
   const bool directory = S_ISDIR(source.st_mode);
   if (directory) {
     struct stat target;
-    if (stat(item.target.Path().c_str(), &target) == 0 && SameFile(source, target)) {
+    if (lstat(item.target.Path().c_str(), &target) == 0 && SameFile(source, target)) {
       // Told apart below: the name may just be spelled in another way.
     } else if (IsAtOrAbove(source, item.target.directory)) {
       throw ShellError{kIntoItself};
@@ -149,7 +163,6 @@ void Transferrer::Run(const Item& item) {
   } else {
     mover_.Move(route, from_path, to_path);
   }
-  spellings_->Add(to_name);
 }
 
 }  // namespace
@@ -165,7 +178,7 @@ void Transfer(Operation& operation, const Plan& plan) {
     progress.Expect(static_cast<std::int64_t>(plan.items.size()), 0);
   }
   if (!plan.items.empty()) progress.Start(plan.items.front().source.Path());
-  Transferrer transferrer(operation);
+  Transferrer transferrer(operation, plan);
   for (const Item& item : plan.items) transferrer.Run(item);
 }
 

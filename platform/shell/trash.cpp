@@ -146,7 +146,9 @@ std::optional<Trash::Can> Trash::VolumeCan(int directory) {
       (facts.st_mode & S_ISVTX) != 0) {
     const Descriptor common(openat(top.get(), ".Trash", O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     const Descriptor own = common.ok() ? MakeAndOpen(common.get(), user.c_str()) : Descriptor{};
-    if (own.ok() && OpenParts(own.get(), can) == 0) return can;
+    if (own.ok() && fstat(own.get(), &facts) == 0 && facts.st_uid == geteuid() && OpenParts(own.get(), can) == 0) {
+      return can;
+    }
   }
   const Descriptor own = MakeAndOpen(top.get(), (".Trash-" + user).c_str());
   if (!own.ok() || fstat(own.get(), &facts) != 0 || facts.st_uid != geteuid()) return std::nullopt;

@@ -145,32 +145,26 @@ TEST_F(FaultTest, DeepTrees) {
   EXPECT_EQ(Now(), "");
 }
 
-// As after a conversion into the code page that put its substitute at `lost`.
-Outcome DeleteConverted(const std::string& name, std::size_t lost) {
-  const std::string list = NameList({name});
-  const LowBytes bytes(list);
-  NoteLostCharacters({bytes.get(), list.size()}, lost);
-  const Outcome outcome = RunRequest(kDeleting, 0x10, bytes.Address(), 0);
-  ForgetLostCharacters({bytes.get(), list.size()});
-  return outcome;
+// The list converted into the code page where it lies.
+Outcome DeleteConverted(TextView list) {
+  const LowBytes bytes(std::string(list.size(), ' '));
+  const auto units = static_cast<INT>(list.size());
+  WideCharToMultiByte(CP_ACP, 0, list.data(), units, bytes.get(), units, nullptr, nullptr);
+  return RunRequest(kDeleting, 0x10, bytes.Address(), 0);
 }
 
 TEST_F(FaultTest, ALostCharacterIsNoWildcard) {
   Make("a1=1 a2=2");
-  EXPECT_EQ(DeleteConverted("a?", 1), (Outcome{0x7C, 0}));
+  EXPECT_EQ(DeleteConverted({u"a\u0416\0", 4}), (Outcome{0x7C, 0}));
   EXPECT_EQ(Now(), "a1=1 a2=2");
-  EXPECT_EQ(Perform(kDeleting, {"a?"}, {}), kDone);
+  EXPECT_EQ(DeleteConverted({u"a?\0", 4}), kDone);  // very likely at the same place
   EXPECT_EQ(Now(), "");
 }
 
 TEST_F(FaultTest, ALossBehindTheEndOfTheListIsNone) {
   Make("a1=1");
-  const std::string list("a?\0\0b?\0\0", 8);
-  const LowBytes bytes(list);
-  NoteLostCharacters({bytes.get(), list.size()}, 5);
-  EXPECT_EQ(RunRequest(kDeleting, 0x10, bytes.Address(), 0), kDone);
+  EXPECT_EQ(DeleteConverted({u"a?\0\0b\u0416\0\0", 8}), kDone);
   EXPECT_EQ(Now(), "");
-  ForgetLostCharacters({bytes.get(), list.size()});
 }
 
 TEST(LostCharactersTest, AreKnownByPlaceAndContent) {

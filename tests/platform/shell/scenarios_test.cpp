@@ -230,6 +230,57 @@ INSTANTIATE_TEST_SUITE_P(
         Scenario{"RelativeIsForGoodDespiteUndo", "a=1", kDeleting, {"a"}, {}, 0x40, 0, ""}),
     kLabel);
 
+// What the caller has under two spellings stays two, whatever is there already.
+INSTANTIATE_TEST_SUITE_P(
+    Spellings, ScenarioTest,
+    ::testing::Values(
+        Scenario{"MoveBoth", "Read=1 READ=2 t/", kMoving, {"Read", "READ"}, {"t"}, 0, 0, "t/ t/READ=2 t/Read=1"},
+        Scenario{
+            "MoveAllOfADirectory", "d/Read=1 d/READ=2 t/", kMoving, {"d\\*"}, {"t"}, 0, 0, "d/ t/ t/READ=2 t/Read=1"},
+        Scenario{"MoveBothOntoOneOfThem",
+                 "Read=1 READ=2 t/READ=9",
+                 kMoving,
+                 {"Read", "READ"},
+                 {"t"},
+                 0,
+                 0,
+                 "t/ t/READ=2 t/Read=1"},
+        Scenario{"MoveBothOntoAThird",
+                 "Read=1 READ=2 t/read=9",
+                 kMoving,
+                 {"READ", "Read"},
+                 {"t"},
+                 0,
+                 0,
+                 "t/ t/Read=1 t/read=2"},
+        Scenario{
+            "DirectoriesStayTwo", "A/x=1 a/x=2 t/", kMoving, {"A", "a"}, {"t"}, 0, 0, "t/ t/A/ t/A/x=1 t/a/ t/a/x=2"},
+        Scenario{"MergeByCopying",
+                 "d/READ=1 d/Read=2 t/d/read=9",
+                 kCopying,
+                 {"d"},
+                 {"t"},
+                 0,
+                 0,
+                 "d/ d/READ=1 d/Read=2 t/ t/d/ t/d/Read=2 t/d/read=1"},
+        Scenario{"MergeByMoving",
+                 "d/READ=1 d/Read=2 t/d/read=9",
+                 kMoving,
+                 {"d"},
+                 {"t"},
+                 0,
+                 0,
+                 "t/ t/d/ t/d/Read=2 t/d/read=1"},
+        Scenario{"ALinkBelowThatLeadsUp",
+                 "d/sub/d>../../d d/x=1",
+                 kCopying,
+                 {"d"},
+                 {"d\\sub"},
+                 kOther,
+                 0x76,
+                 "d/ d/sub/ d/sub/d>../../d d/x=1"}),
+    kLabel);
+
 INSTANTIATE_TEST_SUITE_P(
     Collision, ScenarioTest,
     ::testing::Values(

@@ -141,6 +141,18 @@ TEST_F(TrashTest, ACommonTrashIsUsedWhenItIsSticky) {
   EXPECT_EQ(Listing("v/.Trash/" + user + "/files"), "b=2");
 }
 
+TEST_F(TrashTest, ADirectoryOfSomebodyElseIsNotUsed) {
+  const Mounted volume(directory_.Native("v"));
+  const std::string user = std::to_string(geteuid());
+  Make("v/a=1 v/.Trash/" + user + "/");
+  chmod("v/.Trash", 01777);
+  if (!volume.ok() || chown(("v/.Trash/" + user).c_str(), 65534, 65534) != 0) GTEST_SKIP() << "not allowed";
+  chmod(("v/.Trash/" + user).c_str(), 0777);
+  EXPECT_EQ(Perform(kDeleting, {Full("v\\a")}, {}, kUndo), kDone);
+  EXPECT_EQ(Listing("v/.Trash/" + user), "");
+  EXPECT_EQ(Listing("v/.Trash-" + user + "/files"), "a=1");
+}
+
 TEST_F(TrashTest, WithoutOneThereTheHomeTrashTakesACopy) {
   const Mounted volume(directory_.Native("v"));
   if (!volume.ok()) GTEST_SKIP() << "mounting is not allowed";
