@@ -1,7 +1,12 @@
 // Reading the command line.
 #include "options.h"
 
+#include "../shared/command_line.h"
+
 namespace catalogue {
+
+using examples::CommandLine;
+using examples::UsageError;
 
 namespace {
 
@@ -16,42 +21,34 @@ Order OrderOf(const std::string& word) {
 Options ParseOptions(const std::vector<std::string>& words) {
   Options options;
   bool masked = false;
-  bool options_ended = false;
+  bool stored = false;
   std::vector<std::string> names;
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    const std::string& word = words[i];
-    const std::size_t equals = word.find('=');
-    const bool joined = word.starts_with("--") && equals != std::string::npos;
-    const std::string name = joined ? word.substr(0, equals) : word;
-    const auto value = [&]() -> std::string {
-      if (joined) return word.substr(equals + 1);
-      if (i + 1 == words.size()) throw UsageError(name + " needs a value.");
-      return words[++i];
-    };
-    if (options_ended || word == "-" || !word.starts_with("-")) {
-      names.push_back(word);
-    } else if (word == "--") {
-      options_ended = true;
-    } else if (word == "--help" || word == "-h") {
+  for (CommandLine line(words); line.Next();) {
+    if (line.IsName()) {
+      names.push_back(line.Word());
+    } else if (line.Is("--help") || line.Is("-h")) {
       options.help = true;
       return options;
-    } else if (name == "--mask") {
-      options.mask = value();
+    } else if (line.Takes("--mask")) {
+      options.mask = line.Value();
       masked = true;
-    } else if (name == "--from") {
-      options.from = value();
-    } else if (name == "--to") {
-      options.to = value();
-    } else if (name == "--sort") {
-      options.order = OrderOf(value());
-    } else if (word == "--descending") {
+    } else if (line.Takes("--from")) {
+      options.from = line.Value();
+    } else if (line.Takes("--to")) {
+      options.to = line.Value();
+    } else if (line.Takes("--output")) {
+      options.output = line.Value();
+      stored = true;
+    } else if (line.Takes("--sort")) {
+      options.order = OrderOf(line.Value());
+    } else if (line.Is("--descending")) {
       options.descending = true;
-    } else if (word == "--directories") {
+    } else if (line.Is("--directories")) {
       options.directories = true;
-    } else if (word == "--hidden") {
+    } else if (line.Is("--hidden")) {
       options.hidden = true;
     } else {
-      throw UsageError("\"" + word + "\" is no option.");
+      line.Refuse();
     }
   }
   if (names.empty()) throw UsageError("a directory is missing.");
@@ -59,8 +56,9 @@ Options ParseOptions(const std::vector<std::string>& words) {
   options.directory = names.front();
   if (options.directory.empty()) throw UsageError("the directory's name is empty.");
   if (masked && options.directories) throw UsageError("--mask chooses files: leave it out with --directories.");
-  if (options.mask.empty() || options.mask.find_first_of("/\\:") != std::string::npos) {
-    throw UsageError("--mask takes a name with * and ?, without a directory, not \"" + options.mask + "\".");
+  examples::RequireMask(options.mask);
+  if (stored && (options.output.empty() || options.output.ends_with('/'))) {
+    throw UsageError("--output takes the name of a file, not \"" + options.output + "\".");
   }
   if (options.descending && options.order == Order::kAsListed) options.order = Order::kName;
   return options;

@@ -2,8 +2,6 @@
 #ifndef ORVIX_EXAMPLES_CATALOGUE_OPTIONS_H
 #define ORVIX_EXAMPLES_CATALOGUE_OPTIONS_H
 
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,15 +16,11 @@ struct Options {
   std::string mask = "*";
   std::string from;  // a date; empty: no bound
   std::string to;
+  std::string output;  // a file for the table, native; empty: standard output
   Order order = Order::kAsListed;
   bool descending = false;
   bool directories = false;
   bool hidden = false;
-};
-
-// The command line is wrong; the message says what to type.
-struct UsageError : std::runtime_error {
-  using std::runtime_error::runtime_error;
 };
 
 inline constexpr std::string_view kHelp =
@@ -41,11 +35,15 @@ Usage: catalogue DIRECTORY [OPTION...]
   --descending       the other way round; by name unless --sort says otherwise
   --directories      the subdirectories in place of the files
   --hidden           hidden entries too (names that start with a point)
+  --output FILE      the table to FILE, which it replaces; missing directories are
+                     made; characters outside Windows-1252 become "?"
   --help             this text
 
-Exit status: 0 done, 1 the directory cannot be listed, 2 wrong command line.
+Exit status: 0 done, 1 the directory cannot be listed or the table not written,
+2 wrong command line.
 )";
 
+// UsageError, which says what to type.
 [[nodiscard]] Options ParseOptions(const std::vector<std::string>& words);
 
 }  // namespace catalogue
