@@ -76,9 +76,16 @@ BSTR TextOf(TextView text) { return BstrHandle(text).Detach(); }
 // Whether the search, which looked in the pattern's own directory, and the
 // prefix name the same place, so that the search's facts are the entry's.
 bool SearchedIn(TextView pattern, TextView prefix) {
-  const std::size_t last = pattern.find_last_of(u"\\/:");
-  const TextView directory = last == TextView::npos ? TextView{} : pattern.substr(0, last + 1);
-  return Equal(directory, prefix);
+  constexpr TextView kSeparators = u"\\/";
+  if (pattern.size() > 2 && pattern.substr(0, 2).find_first_not_of(kSeparators) == TextView::npos) {
+    // A share by itself is a directory that was looked into.
+    const std::size_t server = pattern.find_first_not_of(kSeparators);
+    const std::size_t share = pattern.find_first_not_of(kSeparators, pattern.find_first_of(kSeparators, server));
+    if (pattern.find_first_of(kSeparators, share) == TextView::npos) return false;
+  }
+  const std::size_t last = pattern.find_last_of(kSeparators);
+  const std::size_t drive = pattern.size() >= 2 && pattern[1] == u':' ? 2 : 0;
+  return Equal(pattern.substr(0, last == TextView::npos ? drive : last + 1), prefix);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #ifndef ORVIX_FRAME_TEXT_PRIMITIVES_H
 #define ORVIX_FRAME_TEXT_PRIMITIVES_H
 
+#include <cstring>
+
 #include "frame/error.h"
 #include "orvix/text.h"
 
@@ -57,7 +59,9 @@ void Overwrite(Text& text, LONG start, LONG count, TextView replacement);
 [[nodiscard]] TextView LeftTrimSpaces(TextView text);
 
 // Same length and the same units.
-[[nodiscard]] constexpr bool Equal(TextView a, TextView b) { return a == b; }
+[[nodiscard]] inline bool Equal(TextView a, TextView b) {
+  return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
+}
 
 // Every occurrence of `target` (not empty), from left to right without overlap,
 // replaced by `replacement`.

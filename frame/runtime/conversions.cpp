@@ -101,6 +101,10 @@ BSTR TextOf(const VARIANT& from) {
 LONG LongOf(const VARIANT& from) {
   Value value;
   Resolve(from, value);
+  // The platform's change of type keeps the bits of an unsigned number; here a
+  // value beyond the range is an overflow like any other.
+  const VARIANT& held = value.get();
+  if ((held.vt == VT_UI4 || held.vt == VT_UINT) && held.ulVal > 0x7FFFFFFF) throw RuntimeError{6};
   Value number;
   Check(Change(value.get(), VT_I4, number));
   return number.get().lVal;

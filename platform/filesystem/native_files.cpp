@@ -1,5 +1,6 @@
 // The runtime's file service over this machine's file system.
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -86,18 +87,26 @@ class Listing {
       const dirent* entry = readdir(entries_.get());
       if (entry == nullptr) break;
       const std::string_view name = entry->d_name;
-      if (name == "." || name == ".." || name.find('\\') != std::string_view::npos) continue;
+      // No caller can name what holds a separator, or ends like a drive.
+      if (name == "." || name == ".." || name.find('\\') != std::string_view::npos || name.ends_with(':')) continue;
       Offer(name, entry->d_name, KindOf(entry->d_type));
     }
     if (errno != 0) FailWithErrno(errno, FileTask::kDirectory);
   }
 
  private:
-  // Entries that are gone by now, or lead nowhere, are left out.
+  // Entries that are gone by now, and links that lead nowhere, are left out.
   void Offer(std::string_view name, const char* native, EntryKind kind) {
     AssignUtf8(name_, name);
+    if (!sink_.Wants(name_, kind)) return;
     struct stat facts;
-    if (!sink_.Wants(name_, kind) || fstatat(descriptor_, native, &facts, 0) != 0) return;
+    if (fstatat(descriptor_, native, &facts, 0) != 0) {
+      const int error = errno;
+      if (error == ENOENT || error == ELOOP) return;
+      const bool is_link = fstatat(descriptor_, native, &facts, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(facts.st_mode);
+      if (is_link) return;
+      FailWithErrno(error, FileTask::kDirectory);
+    }
     sink_.Take({AttributesOf(facts, name), SizeOf(facts), dates_.DateOf(facts.st_mtim.tv_sec)});
   }
 

@@ -174,6 +174,14 @@ TEST(LongOfTest, FailuresCarryTheRuntimesNumbers) {
   EXPECT_EQ(LongFailure(Words(u"True")), Numbered(13));
   EXPECT_EQ(LongFailure(Variant(2147483647.5)), Numbered(6));
   EXPECT_EQ(LongFailure(Words(u"99999999999")), Numbered(6));
+  for (const VARTYPE type : {VT_UI4, VT_UINT}) {
+    Variant unsigned_number;
+    unsigned_number.Address()->vt = type;
+    unsigned_number.Address()->ulVal = 0x80000000;
+    EXPECT_EQ(LongFailure(unsigned_number), Numbered(6));
+    unsigned_number.Address()->ulVal = 0x7FFFFFFF;
+    EXPECT_EQ(LongFrom(unsigned_number), 2147483647);
+  }
 }
 
 TEST(DateOfTest, TextsAreDatesOrNumbersOfDays) {
