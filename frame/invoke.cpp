@@ -318,23 +318,28 @@ bool PutsObject(const DISPPARAMS& params) {
 
 HRESULT InvokeByName(const DispatchIndex& index, IDispatch* object, DISPID member, REFIID riid, WORD flags,
                      DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception, UINT* argument_error) noexcept {
-  if (riid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+  // What an earlier call left behind must not pass for this one's failure.
+  const auto refuse = [](HRESULT reason) {
+    SetErrorInfo(0, nullptr);
+    return reason;
+  };
+  if (riid != IID_NULL) return refuse(DISP_E_UNKNOWNINTERFACE);
   if (params == nullptr || params->cNamedArgs > params->cArgs || (params->cArgs != 0 && params->rgvarg == nullptr) ||
       (params->cNamedArgs != 0 && params->rgdispidNamedArgs == nullptr)) {
-    return E_INVALIDARG;
+    return refuse(E_INVALIDARG);
   }
   const MemberRow* row = index.RowOf(member, flags, PutsObject(*params));
-  if (row == nullptr) return DISP_E_MEMBERNOTFOUND;
+  if (row == nullptr) return refuse(DISP_E_MEMBERNOTFOUND);
   const bool put = row->kind == INVOKE_PROPERTYPUT || row->kind == INVOKE_PROPERTYPUTREF;
   Call call(*row);
   HRESULT done = call.Match(*params, put, argument_error);
   if (SUCCEEDED(done)) done = call.Prepare(*params, argument_error);
-  if (FAILED(done)) return done;
+  if (FAILED(done)) return refuse(done);
   Returned returned(row->result);
   done = call.Run(object, returned.Place());
   call.WriteBackAll();
   if (SUCCEEDED(done)) return returned.Deliver(result);
-  if (done == E_NOTIMPL || done == DISP_E_PARAMNOTOPTIONAL) return done;
+  if (done == DISP_E_PARAMNOTOPTIONAL) return done;
   DescribeFailure(done, exception);
   return DISP_E_EXCEPTION;
 }

@@ -61,10 +61,21 @@ TEST_F(FilenameTest, SplitsAtTheLastSeparator) {
       {u":x\\y", u"y", u":x\\", u"", u"", u"y", u"x\\y", u""},
       {u"x>y<z|w?.txt", u"xyzw.txt", u"", u"txt", u"", u"xyzw", u"xyzw.txt", u""},
       {u"\\\\ab\\c", u"c", u"\\\\ab\\", u"", u"\\\\ab", u"c", u"\\c", u"c"},
-      {u"\\\\a\\", u"", u"", u"", u"", u"", u"", u""},
+      // A path part of four characters or fewer has no server.
+      {u"\\\\a\\c", u"c", u"\\\\a\\", u"", u"", u"c", u"\\c", u"c"},
+      {u"\\\\server", u"server", u"\\\\", u"", u"", u"server", u"\\\\server", u"\\server"},
+      {u"\\\\\\x", u"x", u"\\\\\\", u"", u"", u"x", u"\\x", u"x"},
+      {u"\\\\\\\\x", u"x", u"\\\\\\\\", u"", u"", u"x", u"\\\\x", u"\\x"},
+      {u"\\\\\\ab\\c", u"c", u"\\\\\\ab\\", u"", u"\\\\", u"c", u"\\ab\\c", u"ab\\c"},
+      // The server ends at a backslash only.
+      {u"\\\\srv/share/f.x", u"f.x", u"\\\\srv/share/", u"x", u"", u"f", u"\\\\srv/share/f.x", u"\\srv/share/f.x"},
+      {u"//server/x", u"x", u"//server/", u"", u"", u"x", u"//server/x", u"/server/x"},
+      // A colon goes before the form with a server.
+      {u"\\\\srv\\c:d", u"d", u"\\\\srv\\c:", u"", u"\\\\srv\\c:", u"d", u"d", u""},
+      {u"a\\\\b", u"b", u"a\\\\", u"", u"", u"b", u"a\\\\b", u""},
   };
   for (const Case& c : cases) {
-    if (c.name.ends_with(u'\\')) continue;
+    SCOPED_TRACE(ToUtf8(c.name));
     ASSERT_EQ(Assign(c.name), S_OK);
     EXPECT_EQ(Get(&_classFilename::get_Filename), c.name_part);
     EXPECT_EQ(Get(&_classFilename::get_Path), c.path);
@@ -74,6 +85,28 @@ TEST_F(FilenameTest, SplitsAtTheLastSeparator) {
     EXPECT_EQ(Get(&_classFilename::get_ExtensionlessWithPath), Text(c.path) + Text(c.without_extension));
     EXPECT_EQ(Get(&_classFilename::GetDrivelessCompleteFilename), c.driveless);
     EXPECT_EQ(WithoutRoot(), c.without_root);
+  }
+}
+
+TEST_F(FilenameTest, ThePathWithoutItsDrive) {
+  struct Case {
+    TextView name, expected;
+  };
+  const Case cases[] = {
+      {u"C:\\Data\\Report.TXT", u"\\Data\\"},
+      {u"\\\\server\\share\\dir\\file.doc", u"\\share\\dir\\"},
+      {u"ftp://host/pub/Read.Me", u"//host/pub/"},
+      {u"C:file.txt", u""},
+      {u":x\\y", u"x\\"},
+      {u"\\\\a\\c", u"\\"},
+      {u"\\\\server", u"\\\\"},
+      {u"dir\\sub\\x.txt", u"dir\\sub\\"},
+      {u"readme", u""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(ToUtf8(c.name));
+    ASSERT_EQ(Assign(c.name), S_OK);
+    EXPECT_EQ(Get(&_classFilename::GetDrivelessPath), c.expected);
   }
 }
 
@@ -102,6 +135,14 @@ TEST_F(FilenameTest, WildCardsStayOnlyWhileAllowed) {
   EXPECT_EQ(written_back_, u"abc");
   EXPECT_EQ(filename_->HasWildCards(&has), S_OK);
   EXPECT_EQ(has, VARIANT_FALSE);
+  // The other forbidden characters go whatever the setting.
+  AllowWildCards(VARIANT_TRUE);
+  ASSERT_EQ(Assign(u"a<b>|*"), S_OK);
+  EXPECT_EQ(written_back_, u"ab*");
+  EXPECT_EQ(Complete(), u"ab*");
+  EXPECT_EQ(Get(&_classFilename::get_Filename), u"ab*");
+  EXPECT_EQ(filename_->HasWildCards(&has), S_OK);
+  EXPECT_EQ(has, VARIANT_TRUE);
   AllowWildCards(7);  // kept as it was put
   VARIANT_BOOL kept = 0;
   EXPECT_EQ(filename_->get_AllowWildCards(&kept), S_OK);

@@ -71,6 +71,8 @@ TEST(Server, RegistersAndTakesAwayExactlyWhatItWrote) {
   EXPECT_EQ(ClassesRootValue(key + u"\\Foreign", u""), u"(no value)");
   EXPECT_EQ(ClassesRootValue(u"Orvix.CSHFileOp", u""), u"(no key)");
   EXPECT_EQ(ClassesRootValue(u"TypeLib", u""), u"(no key)");
+  EXPECT_EQ(RegDeleteKeyW(MakeRootKey(kClassesRoot), (key + u"\\Foreign").c_str()), 0);
+  EXPECT_EQ(RegDeleteKeyW(MakeRootKey(kClassesRoot), key.c_str()), 0);
 }
 
 TEST(Server, ObjectsAreMadeByProgramIdentifierAfterRegistration) {

@@ -70,6 +70,47 @@ TEST(Upper, MapsOneToOneAndKeepsTheLength) {
   EXPECT_EQ(Lower(u"AZ[\u00c9\u0178\u0130"), u"az[\u00e9\u00ff\u0130");
 }
 
+TEST(Spaces, GivesTheCountAndRefusesNegativeOnes) {
+  EXPECT_EQ(Spaces(0), u"");
+  EXPECT_EQ(Spaces(3), u"   ");
+  EXPECT_EQ(NumberOf([] { (void)Spaces(-1); }), 5);
+  EXPECT_EQ(NumberOf([] { (void)Spaces(-2147483647 - 1); }), 5);
+}
+
+TEST(Char, FollowsTheCodePage) {
+  struct Case {
+    BYTE code;
+    char16_t expected;
+  };
+  const Case cases[] = {
+      {0, u'\0'},
+      {65, u'A'},
+      {0x7F, u'\u007f'},
+      {0x80, u'\u20ac'},
+      {0x83, u'\u0192'},
+      {0x99, u'\u2122'},
+      {0x9F, u'\u0178'},
+      {0xA0, u'\u00a0'},
+      {0xE9, u'\u00e9'},
+      {0xFF, u'\u00ff'},
+      // Codes that the page leaves open stay as they are.
+      {0x81, u'\x81'},
+      {0x8D, u'\x8d'},
+      {0x8F, u'\x8f'},
+      {0x90, u'\x90'},
+      {0x9D, u'\x9d'},
+  };
+  for (const Case& c : cases) EXPECT_EQ(Char(c.code), c.expected) << int{c.code};
+}
+
+TEST(Equal, ComparesLengthAndUnits) {
+  EXPECT_TRUE(Equal(u"", TextView{}));
+  EXPECT_TRUE(Equal(TextView(u"a\0b", 3), TextView(u"a\0b", 3)));
+  EXPECT_FALSE(Equal(TextView(u"a\0b", 3), TextView(u"a\0c", 3)));
+  EXPECT_FALSE(Equal(u"a", u"A"));
+  EXPECT_FALSE(Equal(u"a", u"ab"));
+}
+
 TEST(LeftTrimSpaces, TakesSpacesOnly) {
   EXPECT_EQ(LeftTrimSpaces(u"  \ta "), u"\ta ");
   EXPECT_EQ(LeftTrimSpaces(u"   "), u"");

@@ -137,6 +137,42 @@ TEST_F(ListTest, DeletingWrapsRoundAndDropsEmptyEnds) {
   EXPECT_TRUE(host_.boxes.empty());
 }
 
+// Separators of several units, and what the first search leaves unseen.
+TEST_F(ListTest, WideSeparatorsAtEveryPosition) {
+  struct Case {
+    TextView list, separator;
+    LONG position;
+    TextView element, inserted, deleted;  // inserted: null where it is refused
+  };
+  const Case cases[] = {
+      {u"a||b||c", u"||", 1, u"a", {}, u"b||c"},
+      {u"a||b||c", u"||", 2, u"b", u"aX||||b||c", u"a||c"},
+      {u"a||b||c", u"||", 3, u"c", u"a||bX||||c", u"a||b"},
+      {u"a||b||c", u"||", 4, u"", {}, u"b||c"},
+      {u"a||b||c", u"||", 5, u"", u"aX||||b||c", u"a||c"},
+      {u"||a||b", u"||", 1, u"||a", {}, u"b"},
+      {u"||a||b", u"||", 2, u"b", u"||aX||||b", u"||a"},
+      {u"||a||b", u"||", 3, u"", {}, u"b"},
+      {u"a||b||", u"||", 2, u"b", u"aX||||b||", u"a"},
+      {u"a||b||", u"||", 3, u"", u"a||bX||||", u"a||b"},
+      {u"a+++b+++c", u"+++", 2, u"c", u"a+++bX++++++c", u"a+++b"},
+      {u"a+++b+++c", u"+++", 1, u"a+++b", {}, u"c"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(ToUtf8(c.list) + " at " + std::to_string(c.position));
+    EXPECT_EQ(Get(c.list, c.position, c.separator), c.element);
+    EXPECT_EQ(Delete(c.list, c.position, c.separator), c.deleted);
+    EXPECT_TRUE(host_.boxes.empty());
+    if (c.inserted.data() != nullptr) {
+      EXPECT_EQ(Insert(c.list, u"X", c.position, c.separator), c.inserted);
+      EXPECT_TRUE(host_.boxes.empty());
+    } else {
+      EXPECT_EQ(Insert(c.list, u"X", c.position, c.separator), c.list);
+      ExpectOneReport(u"Error InsertElement.");
+    }
+  }
+}
+
 TEST_F(ListTest, AnEmptySeparatorIsReportedAndFallsBack) {
   EXPECT_EQ(Get(u"a,b", 1, u""), u"");
   ExpectOneReport(u"Error GetElement.");
