@@ -11,8 +11,8 @@ constexpr LONG kSuccess = oxERROR_SUCCESS;
 
 HKEY RootOf(enumRegistryConsts root) { return reinterpret_cast<HKEY>(std::intptr_t{root}); }
 
-// One key. It is closed only when a member says so: a member that ends in an
-// error leaves its key open, as it always did.
+// One key. It is closed only when a member says so: two members leave their key
+// open when they end in an error, as they always did.
 class Key {
  public:
   LONG Create(enumRegistryConsts root, TextReference name) {
@@ -100,7 +100,12 @@ void classOrvix::SetKeyValue(TextReference key_name, TextReference value_name, c
   Key key;
   // Without a key the write fails, and nobody hears of it.
   key.Open(root, key_name);
-  WriteKeyValue(key, value_name, type, setting);
+  try {
+    WriteKeyValue(key, value_name, type, setting);
+  } catch (...) {
+    key.Close();
+    throw;
+  }
   key.Close();
 }
 

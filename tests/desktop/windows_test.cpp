@@ -127,6 +127,15 @@ TEST_F(WindowsTest, SetComboElementCountsAndComparesValuesAsTheyCome) {
   EXPECT_EQ(Select(combo, u"12"), S_OK);
   EXPECT_EQ(combo.log.back(), "put ListIndex = I4 0");
 
+  combo.Gives(u"ListCount", LONG{2});  // Null is equal to nothing
+  combo.Gives(u"List", [](const auto& arguments) {
+    Variant entry(TextView(u"12"));
+    if (arguments[0].lVal == 0) entry.Receive()->vt = VT_NULL;
+    return entry;
+  });
+  EXPECT_EQ(Select(combo, u"12"), S_OK);
+  EXPECT_EQ(combo.log.back(), "put ListIndex = I4 1");
+
   combo.Gives(u"ListCount", u"many");
   EXPECT_EQ(Select(combo, u"12"), MakeResult(0x800A000D));
   combo.Gives(u"ListCount", LONG{3});
