@@ -2,19 +2,36 @@
 // every failure with what it leaves behind.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <random>
 
 #include "tests/support/component.h"
+#include "tests/support/file_calls.h"
 #include "tests/support/native_directory.h"
+#include "tests/support/ordinary_user.h"
 
 namespace Orvix::testing {
 namespace {
 
 constexpr HRESULT kScanFailed = static_cast<HRESULT>(0x800AEF15);
 constexpr HRESULT kOutOfRange = static_cast<HRESULT>(0x800AEF16);
+
+// What a test looks at in a record.
+struct Row {
+  Text file;
+  Text complete;
+  Text extension;
+  LONG size;
+  DATE date;
+  bool operator==(const Row&) const = default;
+};
 
 class DirectoryTest : public ::testing::Test {
  protected:
@@ -37,6 +54,17 @@ class DirectoryTest : public ::testing::Test {
       names += Returned([&](BSTR* result) { return directory_->GetFileName(&i, result); });
     }
     return names;
+  }
+  std::vector<Row> Rows() {
+    std::vector<Row> rows;
+    for (LONG i = 1; i <= Count(); ++i) {
+      FileType record{};
+      EXPECT_EQ(directory_->File(&i, &record), S_OK);
+      rows.push_back({Text(ViewOf(record.sFile)), Text(ViewOf(record.sCompleteFilename)),
+                      Text(ViewOf(record.sExtension)), record.lSize, record.dDate});
+      for (BSTR text : {record.sFile, record.sPath, record.sCompleteFilename, record.sExtension}) SysFreeString(text);
+    }
+    return rows;
   }
   void SortByName(VARIANT_BOOL ascending) {
     Variant result(5);
@@ -123,6 +151,91 @@ TEST_F(DirectoryTest, AnyFailureEmptiesTheList) {
   EXPECT_EQ(Init(files_.Name(u"\\*.txt"), 0, no_date.Address()), kScanFailed);
   EXPECT_EQ(TakeFailure(), (Failure{u"Orvix.classDirectory", u"Type mismatch"}));
   EXPECT_EQ(Init(files_.Name(u"\\*.none"), 0, no_date.Address()), S_OK);  // never converted
+  EXPECT_EQ(Init(files_.Name(u"\\s*b\\*.txt")), kScanFailed);             // only the last part may have wildcards
+  EXPECT_EQ(TakeFailure(), (Failure{u"Orvix.classDirectory", u"Bad file name or number"}));
+}
+
+TEST_F(DirectoryTest, ADirectoryThatMayNotBeReadIsAFailure) {
+  files_.MakeDirectory("closed");
+  files_.Write("closed/a.txt", "x");
+  ASSERT_EQ(chmod(files_.Native("").c_str(), 0755), 0);
+  ASSERT_EQ(chmod(files_.Native("closed").c_str(), 0311), 0);  // entered, but not read
+  {
+    const OrdinaryUser user;
+    if (!user.ok()) GTEST_SKIP() << "cannot give up rights";
+    for (const LONG attribute : {0, 2}) {
+      EXPECT_EQ(Init(files_.Name(u"\\closed\\*"), attribute), kScanFailed);
+      EXPECT_EQ(TakeFailure(), (Failure{u"Orvix.classDirectory", u"Path/File access error"}));
+    }
+    EXPECT_EQ(Init(files_.Name(u"\\closed\\"), 16), kScanFailed);
+    EXPECT_EQ(TakeFailure(), (Failure{u"Orvix.classDirectory", u"Path/File access error"}));
+    EXPECT_EQ(Count(), 0);
+    EXPECT_EQ(Init(files_.Name(u"\\closed\\a.txt")), S_OK);  // by its name it is within reach
+    EXPECT_EQ(Names(), u"a.txt");
+  }
+  EXPECT_EQ(chmod(files_.Native("closed").c_str(), 0755), 0);
+}
+
+TEST_F(DirectoryTest, TheExtensionIsThatOfAFilename) {
+  files_.MakeDirectory("dir.d");
+  const std::map<std::string, TextView> extensions = {
+      {"d.", u""}, {"a.b.", u"b."}, {"none", u""}, {"x.Y.ZIP", u"zip"}, {"t..", u"."}, {"one.\xC3\x84", u"\u00E4"}};
+  for (const auto& [name, extension] : extensions) files_.Write("dir.d/" + name, "");
+  ASSERT_EQ(Init(files_.Name(u"\\dir.d\\*")), S_OK);
+  std::map<std::string, Text> listed;
+  for (const Row& row : Rows()) listed[ToUtf8(row.file)] = row.extension;
+  EXPECT_EQ(listed.size(), extensions.size());
+  for (const auto& [name, extension] : extensions) EXPECT_EQ(listed[name], extension) << name;
+}
+
+// Bytes that are no UTF-8 come back as other names do, and lead to their file.
+TEST_F(DirectoryTest, NamesThatAreNoUtf8AreListedAndOpened) {
+  const std::vector<std::string> names = {"caf\xE9.bin", "\xFF.bin",         "\xFE.bin",
+                                          "\xC3.bin",    "\xED\xA0\x80.bin", "\xC0\xAF.bin"};
+  for (const std::string& name : names) files_.Write(name, name);
+  ASSERT_EQ(Init(files_.Name(u"\\*.bin")), S_OK);
+  const std::vector<Row> rows = Rows();
+  EXPECT_EQ(rows.size(), names.size());
+  for (const Row& row : rows) {
+    EXPECT_EQ(row.extension, u"bin");
+    ASSERT_EQ(Open(row.complete, 1, kOxModeBinary, kOxAccessReadWrite), 0);
+    std::string content(static_cast<std::size_t>(row.size), '\0');
+    LONG got = 0;
+    EXPECT_EQ(OxGetFile(1, content.data(), row.size, &got), S_OK);
+    EXPECT_EQ(Put(1, "+"), 0);
+    EXPECT_EQ(Close(1), 0);
+    EXPECT_EQ(std::count(names.begin(), names.end(), content), 1);
+    EXPECT_EQ(Native(row.complete), files_.Native(content));
+    EXPECT_EQ(std::filesystem::file_size(files_.Native(content)), content.size() + 1);
+  }
+}
+
+// What the search found out about an entry is not asked for again: here the
+// whole name is longer than any that the system takes.
+TEST_F(DirectoryTest, WhatTheSearchFoundIsEnough) {
+  constexpr std::size_t kMost = 4096;
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(files_.Native(""));
+  Text below;
+  const std::string level(200, 'd');
+  while (files_.Native("").size() + below.size() + 2 * level.size() < kMost) {
+    std::filesystem::create_directory(level);
+    std::filesystem::current_path(level);
+    below += u"\\" + FromUtf8(level);
+  }
+  const std::string name = std::string(250, 'f') + ".a";
+  const std::string directory(250, 'g');
+  std::ofstream(name) << "12345";
+  std::filesystem::create_directory(directory);
+  std::filesystem::current_path(before);
+  ASSERT_EQ(Init(files_.Name(below + u"\\*")), S_OK);
+  ASSERT_EQ(Count(), 1);
+  EXPECT_EQ(Rows()[0].size, 5);
+  EXPECT_EQ(Rows()[0].file, FromUtf8(name));
+  Variant from{TextView(u"1999-01-01")};
+  EXPECT_EQ(Init(files_.Name(below + u"\\"), 16, from.Address()), S_OK);
+  EXPECT_EQ(Count(), 1);
+  EXPECT_EQ(Rows()[0].file, FromUtf8(directory));
 }
 
 TEST_F(DirectoryTest, TheDateFilterIncludesBothEnds) {
@@ -152,6 +265,98 @@ TEST_F(DirectoryTest, TheDateFilterIncludesBothEnds) {
   *missing.Address() = Missing();
   ASSERT_EQ(Init(mask, 0, missing.Address(), missing.Address()), S_OK);
   EXPECT_EQ(Count(), 3);
+}
+
+TEST_F(DirectoryTest, ANullBoundPassesNothingAndBothAreConverted) {
+  files_.Write("file", "x");
+  files_.MakeDirectory("dir");
+  files_.Touch("file", 2002, 11, 15, 0, 0, 0);
+  files_.Touch("dir", 2002, 11, 15, 0, 0, 0);
+  VARIANT null{};
+  null.vt = VT_NULL;
+  Variant early{TextView(u"2002-11-01")};
+  Variant late{TextView(u"2002-11-30")};
+  Variant bad{TextView(u"no date")};
+  Variant absent;
+  const auto reference = [](VARIANT* to) { return ByReference(VT_VARIANT, to); };
+  const struct {
+    const char* label;
+    VARIANT from;
+    VARIANT to;
+    LONG passes;  // -1: a failure
+  } cases[] = {
+      {"between", early.get(), late.get(), 1},
+      {"before", late.get(), absent.get(), 0},
+      {"after", absent.get(), early.get(), 0},
+      {"no end", early.get(), null, 0},
+      {"Null end alone", absent.get(), null, 0},
+      {"no start", null, late.get(), 0},
+      {"neither", null, null, 0},
+      {"Null behind a reference", reference(&null), absent.get(), 0},
+      {"Null end behind a reference", early.get(), reference(&null), 0},
+      {"dates behind references", reference(early.Address()), reference(late.Address()), 1},
+      {"absent behind a reference", reference(absent.Address()), late.get(), 1},
+      {"bad end with a Null start", null, bad.get(), -1},
+      {"bad end after a start that fails", late.get(), bad.get(), -1},
+      {"bad start with a Null end", bad.get(), null, -1},
+  };
+  for (const auto& c : cases) {
+    VARIANT from = c.from;
+    VARIANT to = c.to;
+    for (const LONG mode : {0, 16}) {
+      const Text mask = files_.Name(mode == 0 ? u"\\*" : u"\\");
+      EXPECT_EQ(Init(mask, mode, &from, &to), c.passes < 0 ? kScanFailed : S_OK) << c.label << mode;
+      EXPECT_EQ(TakeFailure().description, c.passes < 0 ? u"Type mismatch" : u"(none)") << c.label << mode;
+      EXPECT_EQ(Count(), c.passes < 0 ? 0 : c.passes) << c.label << mode;
+    }
+  }
+}
+
+// The sort as its rules are told: every exchange starts it over.
+void SortAsTold(std::vector<Row>& rows, const std::function<bool(const Row&, const Row&)>& exchanged) {
+  const auto exchange_one = [&] {
+    for (std::size_t i = 0; i + 1 < rows.size(); ++i) {
+      for (std::size_t j = i + 1; j < rows.size(); ++j) {
+        if (!exchanged(rows[i], rows[j])) continue;
+        std::swap(rows[i], rows[j]);
+        return true;
+      }
+    }
+    return false;
+  };
+  while (exchange_one()) {
+  }
+}
+
+TEST_F(DirectoryTest, SortsLikeTheExchangesWithTies) {
+  const std::vector<std::string> names = {"a", "B", "b1", "C", "Ca", "d", "E", "_", "z", "\xC3\x84"};
+  for (const std::string& name : names) files_.Write(name, "x");
+  std::mt19937 numbers(20021115);
+  for (int round = 0; round < 200; ++round) {
+    SCOPED_TRACE(round);
+    for (const std::string& name : names) files_.Touch(name, 2001, 1, 1 + static_cast<int>(numbers() % 3), 0, 0, 0);
+    ASSERT_EQ(Init(files_.Name(u"\\*")), S_OK);
+    ASSERT_EQ(directory_->put_lNumFiles(6 + static_cast<LONG>(numbers() % 5)), S_OK);  // the others are hidden
+    std::vector<Row> told = Rows();
+    for (int step = 0; step < 4; ++step) {
+      const VARIANT_BOOL up = numbers() % 2 == 0 ? VARIANT_TRUE : VARIANT_FALSE;
+      const bool ascending = up == VARIANT_TRUE;
+      switch (numbers() % 3) {
+        case 0:
+          SortByName(up);
+          SortAsTold(told, [=](const Row& i, const Row& j) { return ascending ? i.file > j.file : i.file < j.file; });
+          break;
+        case 1:
+          SortByDate(up);
+          SortAsTold(told, [=](const Row& i, const Row& j) { return ascending ? i.date > j.date : i.date < j.date; });
+          break;
+        default:
+          EXPECT_EQ(directory_->SortFilesDate(), S_OK);
+          SortAsTold(told, [](const Row& i, const Row& j) { return i.date > j.date; });
+      }
+      ASSERT_TRUE(Rows() == told);
+    }
+  }
 }
 
 TEST_F(DirectoryTest, SortsByUnitsAndByDateUnstably) {
@@ -204,16 +409,30 @@ TEST_F(DirectoryTest, SortingOneReturnsAndSortingNoneDoesNot) {
   ASSERT_EQ(Init(files_.Name(u"\\*")), S_OK);
   SortByName(VARIANT_TRUE);
   EXPECT_EQ(Names(), u"one");
-  ASSERT_EQ(Init(files_.Name(u"\\*.none")), S_OK);
-  const pid_t child = fork();
-  if (child == 0) {
-    alarm(1);  // ends the child unless the sort returns first
-    directory_->SortFilesDate();
-    _exit(0);
+  // Each in a process of its own, which ends unless its sort returns first.
+  VARIANT_BOOL up = VARIANT_TRUE;
+  VARIANT_BOOL down = VARIANT_FALSE;
+  const std::function<void()> sorts[] = {
+      [&] { directory_->SortFilesDate(); },        [&] { directory_->SoftFilesDateEx(&up); },
+      [&] { directory_->SoftFilesDateEx(&down); }, [&] { SortByName(VARIANT_TRUE); },
+      [&] { SortByName(VARIANT_FALSE); },
+  };
+  std::vector<pid_t> children;
+  for (const LONG count : {0, -1}) {
+    ASSERT_EQ(directory_->put_lNumFiles(count), S_OK);
+    for (const auto& sort : sorts) {
+      children.push_back(fork());
+      if (children.back() != 0) continue;
+      alarm(1);
+      sort();
+      _exit(0);
+    }
   }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM);
+  for (std::size_t i = 0; i < children.size(); ++i) {
+    int status = 0;
+    ASSERT_EQ(waitpid(children[i], &status, 0), children[i]);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM) << i;
+  }
 }
 
 }  // namespace

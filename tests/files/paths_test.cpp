@@ -1,12 +1,30 @@
 // Paths and directories on real files.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
+#include "orvix/runtime.h"
 #include "tests/support/component.h"
 #include "tests/support/native_directory.h"
+#include "tests/support/ordinary_user.h"
 #include "tests/support/recording_host.h"
 
 namespace Orvix::testing {
 namespace {
+
+constexpr HRESULT kNotMade = static_cast<HRESULT>(0x800AEF10);
+
+// The process's current directory for the length of a test.
+class CurrentDirectory {
+ public:
+  explicit CurrentDirectory(const std::string& native) { std::filesystem::current_path(native); }
+  CurrentDirectory(const CurrentDirectory&) = delete;
+  CurrentDirectory& operator=(const CurrentDirectory&) = delete;
+  ~CurrentDirectory() { std::filesystem::current_path(before_); }
+
+ private:
+  std::filesystem::path before_ = std::filesystem::current_path();
+};
 
 class PathsTest : public ::testing::Test {
  protected:
@@ -58,7 +76,11 @@ TEST_F(PathsTest, ExistenceTestsDifferInWhatTheyAdmit) {
   files_.Write("a.txt", "x");
   files_.Write(".hidden", "x");
   files_.MakeDirectory("Sub/Inner");
+  files_.MakeDirectory(".secret");
   EXPECT_TRUE(DirExists(files_.Name(u"")));
+  EXPECT_TRUE(DirExists(files_.Name(u"\\.secret")));
+  EXPECT_TRUE(DirExists(files_.Name(u"\\.hidden")));
+  EXPECT_TRUE(DirExists(files_.Name(u"\\.s*")));
   EXPECT_TRUE(DirExists(files_.Name(u"\\sub")));
   EXPECT_TRUE(DirExists(files_.Name(u"\\SUB\\inner\\")));
   EXPECT_TRUE(DirExists(files_.Name(u"\\a.txt")));
@@ -70,6 +92,7 @@ TEST_F(PathsTest, ExistenceTestsDifferInWhatTheyAdmit) {
   EXPECT_TRUE(FileExists(files_.Name(u"\\A.TXT")));
   EXPECT_TRUE(FileExists(files_.Name(u"\\.hidden")));
   EXPECT_FALSE(FileExists(files_.Name(u"\\a*")));
+  EXPECT_FALSE(FileExists(files_.Name(u"\\a<.txt")));  // refined it would be there, but it is looked up as it is
   EXPECT_FALSE(FileExists(files_.Name(u"\\Sub")));
   EXPECT_FALSE(FileExists(files_.Name(u"\\")));
   EXPECT_FALSE(FileExists(u""));
@@ -89,23 +112,91 @@ TEST_F(PathsTest, MakeDirMakesWhatIsMissing) {
   EXPECT_EQ(MakeDir(u""), S_OK);
 }
 
+// What each name leaves in an empty directory that has "there.txt" and
+// "two@@marks/inner".
+TEST_F(PathsTest, MakeDirLeavesAloneWhatIsThereOrNeverMade) {
+  const struct {
+    TextView name;
+    const char* made;
+  } cases[] = {
+      {u"\\there*", nullptr},             // something matches, so it counts as there
+      {u"\\two@@marks\\inner", nullptr},  // not walked: the marker in it is a name's own
+      {u"\\x:y", nullptr},                // like a drive
+      {u"/p//q", nullptr},                // doubled separators of either kind
+      {u"\\p/\\q", nullptr},
+      {u"\\p\\/q", nullptr},
+      {u"\\p", "p"},
+      {u"/p/q", "p/q"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(ToUtf8(c.name));
+    const NativeDirectory place;
+    place.Write("there.txt", "x");
+    place.MakeDirectory("two@@marks/inner");
+    EXPECT_EQ(MakeDir(place.Name(c.name)), S_OK);
+    const auto entries = std::filesystem::recursive_directory_iterator(place.Native(""));
+    const auto count = std::distance(begin(entries), end(entries));
+    if (c.made == nullptr) {
+      EXPECT_EQ(count, 3);
+    } else {
+      EXPECT_TRUE(place.Has(c.made));
+    }
+  }
+}
+
 TEST_F(PathsTest, MakeDirDropsALeadingSeparator) {
-  const auto before = std::filesystem::current_path();
-  std::filesystem::current_path(files_.Native(""));
+  const CurrentDirectory current(files_.Native(""));
   EXPECT_EQ(MakeDir(u"\\dir\\sub"), S_OK);
-  std::filesystem::current_path(before);
   EXPECT_TRUE(files_.Has("dir/sub"));
+  // Not of what is there under its root.
+  const Text rooted = files_.Name(u"\\dir").substr(2);
+  EXPECT_TRUE(DirExists(rooted));
+  EXPECT_EQ(MakeDir(rooted), S_OK);
+  const auto entries = std::filesystem::directory_iterator(files_.Native(""));
+  EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+}
+
+TEST_F(PathsTest, MakeDirGoesBelowAShare) {
+  const CurrentDirectory current(files_.Native(""));
+  files_.MakeDirectory("share");
+  ASSERT_EQ(OxMapShare(u"\\\\srv\\shr", files_.Native("share").c_str()), S_OK);
+  EXPECT_EQ(MakeDir(u"\\\\srv\\shr\\n1\\n2"), S_OK);
+  EXPECT_EQ(MakeDir(u"//srv/shr/n3"), S_OK);
+  EXPECT_EQ(MakeDir(u"\\\\srv\\shr"), S_OK);
+  EXPECT_EQ(MakeDir(u"\\\\srv"), S_OK);  // a server is never made
+  EXPECT_EQ(OxMapShare(u"\\\\srv\\shr", nullptr), S_OK);
+  EXPECT_TRUE(files_.Has("share/n1/n2"));
+  EXPECT_TRUE(files_.Has("share/n3"));
+  EXPECT_FALSE(files_.Has("srv"));
+  EXPECT_EQ(MakeDir(u"\\\\srv\\shr\\n4"), kNotMade);  // the share is gone, and tried
 }
 
 TEST_F(PathsTest, MakeDirPassesOver75AndTranslatesTheRest) {
   files_.Write("file", "x");
   // Below a file: the parent is there as an entry, the child is refused.
-  EXPECT_EQ(MakeDir(files_.Name(u"\\file\\below")), static_cast<HRESULT>(0x800AEF10));
+  EXPECT_EQ(MakeDir(files_.Name(u"\\file\\below")), kNotMade);
   EXPECT_EQ(TakeFailure(), (Failure{u"classOrvix.MakeDir", u"Path not found"}));
   EXPECT_FALSE(MakeDirEx(files_.Name(u"\\file\\below")));
   EXPECT_TRUE(MakeDirEx(files_.Name(u"\\fresh\\one")));
   EXPECT_TRUE(files_.Has("fresh/one"));
-  EXPECT_EQ(MakeDir(u"Q:\\a"), static_cast<HRESULT>(0x800AEF10));
+  EXPECT_EQ(MakeDir(u"Q:\\a"), kNotMade);
+  // A link that leads nowhere is no entry, and yet cannot be made.
+  std::filesystem::create_symlink("nowhere", files_.Native("dangling"));
+  EXPECT_EQ(MakeDir(files_.Name(u"\\dangling")), S_OK);
+  EXPECT_EQ(MakeDir(files_.Name(u"\\dangling\\below")), kNotMade);  // passed over, then nowhere to go
+  EXPECT_EQ(TakeFailure(), (Failure{u"classOrvix.MakeDir", u"Path not found"}));
+}
+
+TEST_F(PathsTest, MakeDirPassesOverADeniedDirectory) {
+  files_.MakeDirectory("closed");
+  ASSERT_EQ(chmod(files_.Native("").c_str(), 0755), 0);
+  ASSERT_EQ(chmod(files_.Native("closed").c_str(), 0555), 0);
+  const OrdinaryUser user;
+  if (!user.ok()) GTEST_SKIP() << "cannot give up rights";
+  EXPECT_EQ(MakeDir(files_.Name(u"\\closed\\new")), S_OK);
+  EXPECT_TRUE(MakeDirEx(files_.Name(u"\\closed\\new\\")));
+  EXPECT_FALSE(files_.Has("closed/new"));
+  EXPECT_EQ(MakeDir(files_.Name(u"\\closed\\new\\deeper")), kNotMade);
 }
 
 TEST_F(PathsTest, NewerComparesWholeSecondsStrictly) {

@@ -34,8 +34,9 @@ inline std::string Shown(const VARIANT& value) {
   }
 }
 
-// Names without regard to case. Lives on the stack of its test: the count of
-// references is only looked at.
+// Names without regard to case; the member without a name is the default one,
+// which is not looked up. Lives on the stack of its test: the count of references
+// is only looked at.
 class ScriptedObject final : public IDispatch {
  public:
   using Arguments = std::vector<VARIANT>;  // natural order, borrowed
@@ -91,6 +92,7 @@ class ScriptedObject final : public IDispatch {
   }
   HRESULT Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
                  UINT*) override {
+    if (id == DISPID_VALUE) id = DefaultMember();
     if (id < 1 || static_cast<std::size_t>(id) > members_.size()) return DISP_E_MEMBERNOTFOUND;
     const Member& called = members_[static_cast<std::size_t>(id) - 1];
     Arguments arguments(params->rgvarg, params->rgvarg + params->cArgs);
@@ -123,6 +125,14 @@ class ScriptedObject final : public IDispatch {
     Setter setter;
     LONG failure = 0;
   };
+
+  // 0 without one.
+  [[nodiscard]] DISPID DefaultMember() const {
+    for (std::size_t i = 0; i < members_.size(); ++i) {
+      if (members_[i].name.empty()) return static_cast<DISPID>(i) + 1;
+    }
+    return 0;
+  }
 
   Member& member(TextView name) {
     for (Member& known : members_) {

@@ -6,6 +6,7 @@
 
 #include "tests/support/component.h"
 #include "tests/support/recording_host.h"
+#include "tests/support/scripted_object.h"
 #include "tests/text/safe_arrays.h"
 
 namespace Orvix::testing {
@@ -120,6 +121,69 @@ TEST_F(ArrayValuesTest, ReportsWhatIsNoArrayOfValues) {
     ExpectReport(member, longs, u"Type mismatch");
     ExpectReport(member, plane, u"Subscript out of range");
   }
+  SafeArray halved({I4(1), I4(2)});  // a descriptor that somebody wrote into
+  (*halved.Address())->cbElements = 8;
+  for (const ValueMember& member : kMembers) ExpectReport(member, halved, u"Type mismatch");
+  (*halved.Address())->cbElements = sizeof(VARIANT);
+}
+
+TEST_F(ArrayValuesTest, ReportsWhatCannotBeCompared) {
+  ScriptedObject object;
+  object.Gives(u"", LONG{7});  // it could be converted
+  VARIANT dispatch = Empty();
+  dispatch.vt = VT_DISPATCH;
+  dispatch.pdispVal = &object;
+  VARIANT nothing = Empty();
+  nothing.vt = VT_DISPATCH;
+  VARIANT unknown = Empty();
+  unknown.vt = VT_UNKNOWN;
+  unknown.punkVal = &object;
+  SafeArray longs(VT_I4, 0, 1);
+  VARIANT array = Empty();
+  array.vt = VT_ARRAY | VT_I4;
+  array.parray = *longs.Address();
+  const struct {
+    const char* label;
+    VARIANT element;
+    TextView description;
+  } cases[] = {
+      {"an error value", Missing(), u"Type mismatch"},
+      {"an object", dispatch, u"Type mismatch"},
+      {"Nothing", nothing, u"Type mismatch"},
+      {"an object without names", unknown, u"Type mismatch"},
+      {"an array", array, u"Variable uses a type not supported in Visual Basic"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.label);
+    SafeArray values({I4(1), c.element});
+    for (const ValueMember& member : kMembers) ExpectReport(member, values, c.description);
+  }
+  EXPECT_TRUE(object.log.empty());
+  EXPECT_EQ(object.references, 1);
+}
+
+// An element is converted with the array locked: what it is converted by can
+// neither end the array nor give it other bounds.
+TEST_F(ArrayValuesTest, AnElementCannotTakeTheArrayAway) {
+  ScriptedObject object;
+  VARIANT dispatch = Empty();
+  dispatch.vt = VT_DISPATCH;
+  dispatch.pdispVal = &object;
+  SafeArray values({dispatch, I4(3)});
+  std::vector<HRESULT> answers;
+  object.Gives(u"", [&](const ScriptedObject::Arguments&) {
+    SAFEARRAYBOUND bound{2, 0};
+    answers.push_back(SafeArrayRedim(*values.Address(), &bound));
+    if (FAILED(answers.back())) answers.push_back(SafeArrayDestroy(*values.Address()));
+    return Variant(LONG{7});
+  });
+  // Converted as the first, then refused where it is compared.
+  ExpectReport(kMin, values, u"Type mismatch");
+  ExpectReport(kMax, values, u"Type mismatch");
+  EXPECT_EQ(answers, std::vector<HRESULT>(4, DISP_E_ARRAYISLOCKED));
+  SAFEARRAYBOUND none{0, 0};
+  EXPECT_EQ(SafeArrayRedim(*values.Address(), &none), S_OK);  // free again
+  EXPECT_EQ(object.references, 1);
 }
 
 TEST_F(ArrayValuesTest, ATextIsAboveEveryNumber) {

@@ -3,6 +3,7 @@
 
 #include "tests/support/component.h"
 #include "tests/support/recording_host.h"
+#include "tests/support/scripted_object.h"
 #include "tests/text/safe_arrays.h"
 
 namespace Orvix::testing {
@@ -76,6 +77,11 @@ TEST_F(ArraysTest, ReportsWhatIsNoArrayOfTexts) {
   SafeArray plane = SafeArray::TwoDimensions(VT_BSTR);
   EXPECT_FALSE(Contains(plane, u""));
   ExpectReport(u"Subscript out of range");
+  SafeArray halved(std::vector<TextView>{u"first", u"last"});  // a descriptor that somebody wrote into
+  (*halved.Address())->cbElements = 4;
+  EXPECT_FALSE(Contains(halved, u"first"));
+  ExpectReport(u"Type mismatch");
+  (*halved.Address())->cbElements = sizeof(BSTR);
 }
 
 TEST_F(ArraysTest, OnlyAnUnallocatedArrayIsEmpty) {
@@ -130,6 +136,53 @@ TEST_F(ArraysTest, ACollectionHoldsObjectsUnderTheirKeys) {
   EXPECT_TRUE(host_.boxes.empty());
   EXPECT_EQ(TakeFailure(), (Failure{u"(none)", u"(none)"}));
   EXPECT_EQ(InvokeNamed(collection.get(), u"Remove", DISPATCH_METHOD, {I4(1)}), S_OK);  // it held itself
+}
+
+TEST_F(ArraysTest, ACollectionIsAskedForItsItem) {
+  ScriptedObject item;
+  ScriptedObject collection;
+  const auto gives = [&](VARTYPE type, IUnknown* object) {
+    collection.Gives(u"Item", [=](const ScriptedObject::Arguments&) {
+      Variant value;
+      if (object != nullptr) object->AddRef();
+      value.Address()->vt = type;
+      value.Address()->punkVal = object;
+      return value;
+    });
+  };
+  const struct {
+    const char* label;
+    VARTYPE type;
+    IUnknown* object;
+    bool held;
+  } cases[] = {
+      {"an object", VT_DISPATCH, &item, true},
+      {"no object", VT_DISPATCH, nullptr, true},
+      {"an object without names", VT_UNKNOWN, &item, true},
+      {"none without names", VT_UNKNOWN, nullptr, true},
+      {"Empty", VT_EMPTY, nullptr, false},
+      {"Null", VT_NULL, nullptr, false},
+      {"an empty text", VT_BSTR, nullptr, false},
+  };
+  for (const auto& c : cases) {
+    gives(c.type, c.object);
+    EXPECT_EQ(Holds(&collection, u"key"), c.held) << c.label;
+    EXPECT_EQ(collection.log, std::vector<std::string>{"get Item BSTR key"}) << c.label;
+    EXPECT_EQ(item.references, 1) << c.label;
+    collection.log.clear();
+  }
+  gives(VT_DISPATCH, &item);
+  BSTR null_key = nullptr;
+  IDispatch* pointer = &collection;
+  VARIANT_BOOL found = 5;
+  EXPECT_EQ(orvix_->IsInCollection(&null_key, &pointer, &found), S_OK);
+  EXPECT_EQ(found, VARIANT_TRUE);
+  EXPECT_EQ(collection.log, std::vector<std::string>{"get Item BSTR "});
+  collection.Fails(u"Item", 5);
+  EXPECT_FALSE(Holds(&collection, u"key"));
+  EXPECT_EQ(collection.references, 1);
+  EXPECT_TRUE(host_.boxes.empty());
+  EXPECT_EQ(TakeFailure(), (Failure{u"(none)", u"(none)"}));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "orvix/host.h"
 #include "tests/support/component.h"
+#include "tests/support/scripted_object.h"
 #include "tests/text/safe_arrays.h"
 
 namespace Orvix::testing {
@@ -102,6 +103,13 @@ TEST_F(NumbersTest, RandomNumbersFillTheirBoundsAndNoMore) {
   EXPECT_EQ(swapped, (std::set<LONG>{2, 3, 4}));
 }
 
+// A span of 2 above the largest number: what is past it wraps.
+TEST_F(NumbersTest, RandomNumbersWrapAtTheLargest) {
+  std::set<LONG> drawn;
+  for (int i = 0; i < 100; ++i) drawn.insert(Random(kSmallest, kLargest));
+  EXPECT_EQ(drawn, (std::set<LONG>{kSmallest, kLargest}));
+}
+
 struct Clock {
   std::vector<uint32_t> waits;
   OxHost table{};
@@ -171,6 +179,38 @@ TEST_F(NumbersTest, WhatHasNoTextIsATypeMismatch) {
     EXPECT_EQ(TakeFailure(), (Failure{u"Orvix.classOrvix", u"Type mismatch"}));
     EXPECT_EQ(text, nullptr);
   }
+}
+
+TEST_F(NumbersTest, AnObjectIsWhatItsDefaultMemberSays) {
+  ScriptedObject object;
+  VARIANT value = Empty();
+  value.vt = VT_DISPATCH;
+  value.pdispVal = &object;
+  object.Gives(u"", TextView(u"abc"));
+  EXPECT_EQ(Str(value), u"abc");
+  object.Gives(u"", LONG{-12});
+  EXPECT_EQ(Str(value), u"-12");
+  IDispatch* pointer = &object;
+  EXPECT_EQ(Str(ByReference(VT_DISPATCH, &pointer)), u"-12");
+  EXPECT_EQ(object.log, (std::vector<std::string>{"get ", "get ", "get "}));
+  EXPECT_EQ(object.references, 1);
+}
+
+TEST_F(NumbersTest, AnObjectsOwnErrorPassesThrough) {
+  ScriptedObject object;
+  object.Fails(u"", 1234);
+  VARIANT value = Empty();
+  value.vt = VT_DISPATCH;
+  value.pdispVal = &object;
+  BSTR text = nullptr;
+  EXPECT_EQ(orvix_->MyStr(&value, &text), MakeResult(0x800A04D2));  // 1234
+  EXPECT_EQ(TakeFailure(), (Failure{u"Scripted", u"refused"}));
+  EXPECT_EQ(text, nullptr);
+  EXPECT_EQ(object.references, 1);
+  ScriptedObject without;
+  value.pdispVal = &without;
+  EXPECT_EQ(orvix_->MyStr(&value, &text), kTypeMismatchResult);
+  EXPECT_EQ(TakeFailure(), (Failure{u"Orvix.classOrvix", u"Type mismatch"}));
 }
 
 }  // namespace

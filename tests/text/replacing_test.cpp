@@ -75,6 +75,14 @@ TEST_F(ReplacingTest, ADeletionAtTheEndIsReported) {
   }
 }
 
+// 4 900 000 000 units; as a 32-bit number that is 605 032 704, too few for the pieces.
+TEST_F(ReplacingTest, AResultBeyondEveryLengthIsReported) {
+  const Text text(70000, u'a');
+  EXPECT_TRUE(Replace(text, u"a", Text(70000, u'b')) == (Replaced{text, kUntouched}));
+  ASSERT_EQ(host_.boxes.size(), 1U);
+  EXPECT_EQ(host_.boxes[0].text, u"Error replacing.\r\nInvalid procedure call or argument");
+}
+
 TEST_F(ReplacingTest, CaseCountsUnlessAskedOtherwise) {
   EXPECT_EQ(Replace(u"ABCD", u"b", u"x"), (Replaced{u"ABCD", kUntouched}));
   EXPECT_EQ(ReplaceNoCase(u"ABCD", u"b", u"x"), (Replaced{u"AxCD", 1}));

@@ -1,3 +1,4 @@
+// The random numbers of the process: their first ones, their spread, threads.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,6 +15,19 @@ double Next() {
   double number = -1;
   EXPECT_EQ(OxRandom(&number), S_OK);
   return number;
+}
+
+// Drawn before any test runs, so the first of the process.
+const std::array<double, 3> kFirst = [] {
+  std::array<double, 3> drawn{};
+  for (double& number : drawn) OxRandom(&number);
+  return drawn;
+}();
+
+// Nobody seeds the source: every process draws the same numbers. The seed is
+// 0x4F72766978, and the numbers are those of SplitMix64, the upper 53 bits.
+TEST(RandomTest, EveryProcessStartsWithTheSameNumbers) {
+  EXPECT_EQ(kFirst, (std::array{0x1.451ade9384023p-1, 0x1.4f3de7d103666p-2, 0x1.94ede1f0728f4p-3}));
 }
 
 TEST(RandomTest, NumbersFillTheUnitIntervalEvenly) {
