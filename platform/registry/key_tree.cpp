@@ -52,16 +52,34 @@ bool KeyTree::IsValueLost(const Key& key, TextView folded_name) const {
   return !lost_.empty() && lost_.contains(ValueAddress(key.address, folded_name));
 }
 
-void KeyTree::TakeLine(std::string_view line) {
+void KeyTree::TakeLine(std::string_view text) {
+  // No record holds a carriage return: an editor may have made it the line end.
+  while (!text.empty()) {
+    std::string_view line = text.substr(0, text.find('\r'));
+    text.remove_prefix(std::min(text.size(), line.size() + 1));
+    while (!line.empty()) {
+      ParsedLine parsed = ParseLine(line);
+      if (parsed.kind == ParsedLine::Kind::kRecord) {
+        TakeRecord(std::move(parsed.record), line.size() + 1);
+        break;
+      }
+      // A line end may be what was damaged: the byte before the next record
+      // stands in its place.
+      const std::size_t inside = FindRecordInside(line);
+      if (inside == std::string_view::npos) {
+        if (parsed.kind == ParsedLine::Kind::kDamaged) TakeDamage(std::move(parsed), line);
+        break;
+      }
+      TakeOne(line.substr(0, inside - 1));
+      line.remove_prefix(inside);
+    }
+  }
+}
+
+void KeyTree::TakeOne(std::string_view line) {
   ParsedLine parsed = ParseLine(line);
-  if (parsed.kind == ParsedLine::Kind::kNote) return;
   if (parsed.kind == ParsedLine::Kind::kRecord) return TakeRecord(std::move(parsed.record), line.size() + 1);
-  // The end of a line may be what was damaged: the record after it is whole.
-  const std::size_t inside = FindRecordInside(line);
-  if (inside == std::string_view::npos) return TakeDamage(std::move(parsed), line);
-  // The byte before it stands where the line end was.
-  TakeLine(line.substr(0, inside - 1));
-  TakeLine(line.substr(inside));
+  if (parsed.kind == ParsedLine::Kind::kDamaged) TakeDamage(std::move(parsed), line);
 }
 
 void KeyTree::TakeRecord(Record record, std::size_t line_bytes) {

@@ -96,8 +96,9 @@ class KeyTree {
   [[nodiscard]] bool IsKeyLost(const Key& from, TextView path) const;
   [[nodiscard]] bool IsValueLost(const Key& key, TextView folded_name) const;
 
-  // Takes in one line of the file, given without its line end.
-  void TakeLine(std::string_view line);
+  // Takes in one line of the file, given without its line end, and what another
+  // line end, or a lost one, has put on it.
+  void TakeLine(std::string_view text);
   // Takes in one intact record whose line has `line_bytes` bytes.
   void TakeRecord(Record record, std::size_t line_bytes);
 
@@ -110,6 +111,7 @@ class KeyTree {
   std::shared_ptr<Key> Make(TextView path, std::size_t line_bytes);
   void Drop(TextView path);
   void Forget(Key* key);
+  void TakeOne(std::string_view line);
   void TakeDamage(ParsedLine parsed, std::string_view line);
   void TakeOutMark(std::uint32_t address);
 

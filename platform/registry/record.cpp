@@ -376,11 +376,18 @@ std::size_t FindRecordInside(std::string_view line) {
       const std::size_t before = kContentAt + row.word.size();
       if (at <= before) continue;
       const std::string_view rest = line.substr(at - before);
-      if (!HasChecksumFields(rest) || !StartsWithVerb(rest.substr(kContentAt))) continue;
-      if (HexAt(rest, 0, 8) == Checksum(rest.substr(kContentAt))) return at - before;
+      if (HasChecksumFields(rest) && StartsWithVerb(rest.substr(kContentAt))) return at - before;
     }
   }
   return std::string_view::npos;
+}
+
+bool IsBegunRecord(std::string_view text) {
+  for (std::size_t i = 0; i < std::min(text.size(), kContentAt); ++i) {
+    const bool is_blank = i == kAddressAt - 1 || i == kContentAt - 1;
+    if (is_blank ? text[i] != ' ' : DigitOf(text[i]) == 16) return false;
+  }
+  return text.find('\r') == std::string_view::npos && FindRecordInside(text) == std::string_view::npos;
 }
 
 }  // namespace Orvix::registry

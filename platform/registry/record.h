@@ -51,9 +51,14 @@ struct ParsedLine {
 // Reads one line, given without its line end.
 [[nodiscard]] ParsedLine ParseLine(std::string_view line);
 
-// The position, above 0, where an intact record starts inside a damaged line
-// whose line end was lost; npos when there is none.
+// The position, above 0, where another record starts inside a line that lost its
+// line end; npos when there is none. Whether that record is intact is not looked
+// at.
 [[nodiscard]] std::size_t FindRecordInside(std::string_view line);
+
+// Whether `text`, the end of a file, can be the beginning of a record that a
+// writer had no time to finish. What a person wrote is none.
+[[nodiscard]] bool IsBegunRecord(std::string_view text);
 
 // The components of a path, one after the other; doubled and trailing backslashes
 // count for nothing.

@@ -230,7 +230,7 @@ void RootFile::TakeLines(std::string_view bytes) {
     lines.remove_prefix(line_end + 1);
   }
   torn_ = bytes.substr(end);
-  torn_taken_ = IsWhole(torn_);
+  torn_taken_ = IsWhole(torn_) || (!torn_.empty() && !IsBegunRecord(torn_));
   if (torn_taken_) tree_->TakeLine(torn_);
   taken_ += static_cast<off_t>(end);
   if (end > 0) last_bytes_ = bytes.substr(end - std::min(end, kCompared), std::min(end, kCompared));

@@ -92,7 +92,7 @@ class RootFile {
   off_t taken_ = 0;                // bytes that are in `tree_`: whole lines
   std::string last_bytes_;         // the last bytes before `taken_`
   std::string torn_;               // what stands behind them, without a line end
-  bool torn_taken_ = false;        // it is a whole record all the same, and in `tree_`
+  bool torn_taken_ = false;        // it is whole or a person's all the same, and in `tree_`
   bool too_new_ = false;           // the file has a format of a later version
   off_t rewrite_at_ = 0;           // no rewriting below this size
 };

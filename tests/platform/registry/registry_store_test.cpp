@@ -295,6 +295,42 @@ TEST_F(DamageTest, DamageOutlivesTheRewritingOfTheFile) {
   EXPECT_EQ(Get("Three"), "code 1009");
 }
 
+TEST_F(DamageTest, OtherLineEndsAndLostOnes) {
+  const std::vector<std::string> lines = WriteThree();
+  for (const char* const line_end : {"\r", "\r\n", "x"}) {
+    std::string text;
+    for (const std::string& line : lines) text += line + line_end;
+    WriteUserFile(text);
+    for (const char* const name : {"One", "Two"}) EXPECT_EQ(Get(name), name) << line_end;
+    ASSERT_EQ(Set("Four", "4"), 0);
+    for (const char* const name : {"One", "Two"}) EXPECT_EQ(Get(name), name) << line_end;
+    EXPECT_EQ(Get("Four"), "4") << line_end;
+  }
+  // Thousands on one line are read in one go.
+  std::string merged;
+  for (int i = 0; i < 5000; ++i) merged += lines[1 + static_cast<std::size_t>(i) % 3] + '?';
+  merged.back() = '\n';
+  WriteUserFile(merged);
+  for (const char* const name : {"One", "Two"}) EXPECT_EQ(Get(name), name);
+}
+
+// A last line without a line end is a killed writer's only when it looks so.
+TEST_F(DamageTest, WhatAPersonWroteLastStays) {
+  WriteThree();
+  const std::string whole = ReadFile(UserFile());
+  for (const char* const last : {"# a note", "set \"Key\" \"Five\" one 35", "nothing known"}) {
+    WriteUserFile(whole + last);
+    EXPECT_EQ(Get("Five"), last[0] == 's' ? "code 1009" : "code 2") << last;
+    ASSERT_EQ(Set("Six", "6"), 0);
+    EXPECT_NE(ReadFile(UserFile()).find(std::string(last) + "\n"), std::string::npos) << last;
+    EXPECT_EQ(Get("Three"), "Three");
+  }
+  WriteUserFile(whole + whole.substr(whole.rfind('\n', whole.size() - 2) + 1, 40));
+  ASSERT_EQ(Set("Six", "6"), 0);
+  EXPECT_TRUE(ReadFile(UserFile()).starts_with(whole));
+  EXPECT_EQ(ReadFile(UserFile()).find('\n', whole.size()), ReadFile(UserFile()).size() - 1);
+}
+
 TEST_F(DamageTest, ALostKeyIsDamagedNotMissing) {
   CreateKey(User(), "Lonely");
   std::string text = ReadFile(UserFile());
