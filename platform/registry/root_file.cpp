@@ -85,10 +85,13 @@ bool IsYoung(const timespec& modified) noexcept {
 }
 
 // The format of a later version, which this one must neither read nor write.
+// Whatever is no number is damage, which costs nothing here.
 bool IsTooNew(std::string_view first_line) {
   if (!first_line.starts_with(kFormat)) return false;
   first_line.remove_prefix(kFormat.size());
-  return !first_line.starts_with('1') || (first_line.size() > 1 && first_line[1] >= '0' && first_line[1] <= '9');
+  if (first_line.ends_with('\r')) first_line.remove_suffix(1);
+  const bool is_number = !first_line.empty() && first_line.find_first_not_of("0123456789") == std::string_view::npos;
+  return is_number && first_line != "1";
 }
 
 // A last line that lacks only its line end: a person wrote it, or the kill came

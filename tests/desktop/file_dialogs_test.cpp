@@ -131,6 +131,25 @@ TEST_F(FileDialogsTest, ArgumentsArriveAsTheyAreGiven) {
                            "put Title = BSTR ", "put OwnerWindow = I4 -1"}));
 }
 
+TEST_F(FileDialogsTest, SaveFilesArgumentsArriveAsTheyAreGiven) {
+  LONG owner = 3;
+  VARIANT_BOOL no = VARIANT_FALSE;
+  BstrHandle directory(u"D:\\");
+  BstrHandle name(u"x.doc");
+  BstrHandle title(u"Keep");
+  BstrHandle filters(u"Text|*.txt");
+  BSTR texts[] = {directory.get(), name.get(), title.get(), filters.get()};
+  EXPECT_EQ(Returned([&](BSTR* result) {
+              return orvix_->SaveFile(&owner, &cancel_, &no, &texts[0], &texts[1], &texts[2], &texts[3], &no, result);
+            }),
+            u"C:\\data\\a.txt");
+  EXPECT_EQ(filters_.log, (Lines{"call Add BSTR Text", "call Add BSTR *.txt"}));
+  const Lines set_up(dialog_.log.begin() + 2, dialog_.log.begin() + 10);
+  EXPECT_EQ(set_up, (Lines{"put SaveDialog = BOOL -1", "put Center = BOOL 0", "put Directory = BSTR D:\\",
+                           "put FileName = BSTR x.doc", "put Title = BSTR Keep", "put OverwritePrompt = BOOL 0",
+                           "put HideReadOnly = BOOL -1", "put OwnerWindow = I4 3"}));
+}
+
 TEST_F(FileDialogsTest, OneChosenFileAndItsDirectory) {
   struct Case {
     const char16_t* directory;
@@ -179,8 +198,22 @@ TEST_F(FileDialogsTest, ErrorsOfTheComponentReachTheCaller) {
   EXPECT_EQ(open(), MakeResult(0x800A03E9));
   EXPECT_EQ(TakeFailure(), (Failure{u"Scripted", u"refused"}));
   EXPECT_EQ(cancel_, 7);
+  dialog_.Fails(u"Show", 0);
+  dialog_.Fails(u"FileName", 0);
+  dialog_.Fails(u"Directory", 0);
+  dialog_.Gives(u"Show", LONG{5});  // any number but 0 confirms
+  EXPECT_EQ(open(), S_OK);
+  EXPECT_EQ(cancel_, VARIANT_FALSE);
+  cancel_ = 7;
+  dialog_.Gives(u"FileName", [](const auto&) -> Variant {
+    Variant null;
+    null.Receive()->vt = VT_NULL;
+    return null;
+  });
+  EXPECT_EQ(open(), MakeResult(0x800A005E));
+  EXPECT_EQ(cancel_, 7);  // nothing was chosen after all
   factory_.fails = true;
-  EXPECT_TRUE(FAILED(open()));
+  EXPECT_EQ(open(), E_FAIL);
 }
 
 // ---- The platform's dialog --------------------------------------------------------------
@@ -211,6 +244,7 @@ class OpenFile1Test : public ::testing::Test {
   LONG Serve(const char* request) {
     record_.assign(request, 76);
     filter_.assign(PointedTo(record_, 12), 11);
+    filter_seen_ = Text(ViewOf(filter_variable_));
     file_ = PointedTo(record_, 28);
     title_.assign(PointedTo(record_, 36), 513);
     rest_ = std::string(PointedTo(record_, 44)) + "|" + PointedTo(record_, 48) + "|" + PointedTo(record_, 60);
@@ -240,6 +274,7 @@ class OpenFile1Test : public ::testing::Test {
 
   std::string record_, filter_, file_, title_, rest_;
   std::string chosen_;
+  Text filter_seen_;  // the caller's variable while the dialog is shown
   BSTR filter_variable_ = nullptr;
   ComPtr<_classOrvix> orvix_ = MakeOrvix();
 };
@@ -266,6 +301,7 @@ TEST_F(OpenFile1Test, TheRecordIsFilledAsThePlatformReadsIt) {
     EXPECT_EQ(At<LONG>(record_, field.offset), field.value) << field.offset;
   }
   EXPECT_EQ(filter_, std::string("A\0*.a\0B\0*\0\0", 11));
+  EXPECT_EQ(filter_seen_, TextView(u"A\0*.a\0B\0*\0\0", 11));
   EXPECT_EQ(file_, "a.txt" + std::string(1024, ' '));
   EXPECT_EQ(title_, std::string(512, ' ') + '\0');
   EXPECT_EQ(rest_, "C:\\caf\xE9|Pick ?|txt");

@@ -33,6 +33,7 @@ class RegistryTest : public ::testing::Test {
     BSTR value_name = BstrHandle(name).Detach();
     LONG root = oxHKEY_CURRENT_USER;
     const HRESULT result = orvix_->SetKeyValue(&key_name, &value_name, &value, &type, &root);
+    stored_by_set_ = Stored(ToUtf8(name).c_str());
     VARIANT_BOOL written = 7;
     EXPECT_EQ(orvix_->SetKeyValueRet(&key_name, &value_name, &value, &type, &root, &written), S_OK);
     written_ = written == VARIANT_TRUE;
@@ -82,6 +83,7 @@ class RegistryTest : public ::testing::Test {
 
   ComPtr<_classOrvix> orvix_ = MakeOrvix();
   bool written_ = false;
+  std::string stored_by_set_;  // what SetKeyValue alone had left
   HRESULT result_ = S_OK;
 };
 
@@ -122,6 +124,7 @@ TEST_F(RegistryTest, ValuesAreStoredByTheirType) {
   };
   for (const Case& one : cases) {
     EXPECT_EQ(Set(one.name, one.value, one.type), S_OK) << ToUtf8(one.name);
+    EXPECT_EQ(stored_by_set_, one.stored) << ToUtf8(one.name);
     EXPECT_TRUE(written_) << ToUtf8(one.name);
     EXPECT_EQ(Stored(ToUtf8(one.name).c_str()), one.stored) << ToUtf8(one.name);
   }
@@ -242,6 +245,24 @@ TEST_F(RegistryTest, NamesComeBackAsTheCodePageHasThem) {
   LONG type = 1;
   EXPECT_EQ(orvix_->SetKeyValue(&key, &value_name, &value, &type, &root), S_OK);
   EXPECT_EQ(ViewOf(value_name), u"\u20AC?");
+
+  const auto assign = [](BSTR& variable, TextView text) {
+    SysFreeString(variable);
+    variable = BstrHandle(text).Detach();
+  };
+  VARIANT_BOOL done = 7;
+  BSTR read = nullptr;
+  assign(key, kKeyName);
+  assign(value_name, u"\u0416");
+  EXPECT_EQ(orvix_->GetKeyValue(&root, &key, &value_name, &read, &done), S_OK);
+  EXPECT_EQ(ViewOf(value_name), u"?");
+  LONG no_root = 12345;
+  for (const bool tells : {false, true}) {
+    assign(key, u"a\u0416");
+    EXPECT_EQ(tells ? orvix_->CreateNewKeyRet(&key, &no_root, &done) : orvix_->CreateNewKey(&key, &no_root), S_OK);
+    EXPECT_EQ(ViewOf(key), u"a?");
+  }
+  SysFreeString(read);
   SysFreeString(key);
   SysFreeString(value_name);
 }

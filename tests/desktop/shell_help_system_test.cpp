@@ -157,7 +157,7 @@ TEST_F(ShellHelpSystemTest, ShowHelpSendsTheNumberOrTheText) {
 }
 
 TEST_F(ShellHelpSystemTest, AKeywordLookupThatFailsOpensTheIndex) {
-  TextVariable file(u"a.chm");
+  TextVariable file(kRussian);
   TextVariable text(u"key\u0416");
   LONG window = 8;
   answer_ = 77;
@@ -175,7 +175,8 @@ TEST_F(ShellHelpSystemTest, AKeywordLookupThatFailsOpensTheIndex) {
   EXPECT_EQ(orvix_->ShowHTMLHelpKeyword(file.Address(), &window, text.Address()), S_OK);
   ASSERT_EQ(helps_.size(), 3U);
   EXPECT_EQ(helps_[2].kind, 'h');
-  EXPECT_EQ(helps_[2].file, "a.chm");
+  EXPECT_EQ(helps_[2].file, "?.chm");
+  EXPECT_EQ(file.View(), u"?.chm");
   EXPECT_EQ(helps_[2].window, 8);
   EXPECT_EQ(helps_[2].command, 2);
   EXPECT_EQ(helps_[2].text, "key?");

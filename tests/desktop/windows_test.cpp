@@ -64,7 +64,10 @@ TEST_F(WindowsTest, AlwaysInFrontIsOneCallOfTheWindowService) {
 
 TEST_F(WindowsTest, CenterWindowUsesTheInnerMeasure) {
   ScriptedObject form;
-  form.Gives(u"ScaleWidth", LONG{4001});
+  form.Gives(u"ScaleWidth", [this](const auto&) {
+    EXPECT_EQ(screen_.log, (Lines{"get Width"}));  // the screen comes first
+    return Variant(LONG{4001});
+  });
   form.Gives(u"ScaleHeight", [](const auto&) { return Variant(20000.5); });
   form.Takes(u"Left");
   form.Takes(u"Top");
@@ -99,6 +102,9 @@ TEST_F(WindowsTest, TheHourglassDoesNotNest) {
   EXPECT_EQ(orvix_->HourglassOff(), S_OK);
   EXPECT_EQ(screen_.log, (Lines{"put MousePointer = I4 11", "put MousePointer = I4 11", "put MousePointer = I4 0"}));
   EXPECT_EQ(globals_asked_, 1);  // one reference a thread
+  screen_.Fails(u"MousePointer", 70);
+  EXPECT_EQ(orvix_->HourglassOn(), MakeResult(0x800A0046));
+  EXPECT_EQ(orvix_->HourglassOff(), MakeResult(0x800A0046));
 }
 
 TEST_F(WindowsTest, SetComboElementSelectsTheFirstEqualEntry) {
@@ -135,6 +141,14 @@ TEST_F(WindowsTest, SetComboElementCountsAndComparesValuesAsTheyCome) {
   });
   EXPECT_EQ(Select(combo, u"12"), S_OK);
   EXPECT_EQ(combo.log.back(), "put ListIndex = I4 1");
+
+  combo.Gives(u"List", u"12");
+  combo.Gives(u"ListCount", [](const auto&) { return Variant(1.5); });  // 0.5 rounds to the even 0
+  EXPECT_EQ(Select(combo, u"13"), S_OK);
+  EXPECT_EQ(combo.log.back(), "get List I4 0");
+  combo.Gives(u"ListCount", [](const auto&) { return Variant(2.5); });
+  EXPECT_EQ(Select(combo, u"13"), S_OK);
+  EXPECT_EQ(combo.log.back(), "get List I4 2");
 
   combo.Gives(u"ListCount", u"many");
   EXPECT_EQ(Select(combo, u"12"), MakeResult(0x800A000D));
@@ -218,6 +232,10 @@ TEST_F(WindowsTest, TextBoxSetFocusSelectsTheWholeText) {
   EXPECT_EQ(result.get().vt, VT_EMPTY);
   EXPECT_EQ(box.log, (Lines{"call SetFocus", "put SelStart = I4 0", "get Text", "put SelLength = I4 12"}));
 
+  box.log.clear();
+  box.Fails(u"SelStart", 5);
+  EXPECT_EQ(orvix_->TextBoxSetFocus(&object, result.Address()), S_OK);
+  EXPECT_EQ(box.log.back(), "put SelLength = I4 12");
   box.log.clear();
   box.Fails(u"SetFocus", 5);
   box.Fails(u"Text", 5);

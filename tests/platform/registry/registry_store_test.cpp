@@ -220,6 +220,8 @@ TEST_F(StoreTest, AStoreOfALaterVersionIsLeftAlone) {
   EXPECT_EQ(GetBytes(User(), "x"), "code 1009");
   EXPECT_EQ(SetBytes(User(), "x", 3, "1"), 1009);
   EXPECT_EQ(ReadFile(UserFile()), text);
+  WriteUserFile("# Orvix registry ~\nset \"\" \"x\" 3 31\n");  // a damaged note is a note
+  EXPECT_EQ(GetBytes(User(), "x"), "1");
 }
 
 // Every byte of the second value's line damaged in turn, its line end too.
