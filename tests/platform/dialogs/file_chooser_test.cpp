@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/dialogs/dialog_program.h"
 #include "platform/dialogs/start_place.h"
+#include "support/stand_in_desktop.h"
 
 namespace {
 

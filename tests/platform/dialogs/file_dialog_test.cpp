@@ -1,8 +1,8 @@
 // The dialog component, created and called as an application does.
 #include <gmock/gmock.h>
 
-#include "platform/dialogs/dialog_program.h"
 #include "support/late_call.h"
+#include "support/stand_in_desktop.h"
 
 namespace {
 

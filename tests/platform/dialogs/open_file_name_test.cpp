@@ -5,8 +5,8 @@
 #include "orvix/host.h"
 #include "orvix/platform.h"
 #include "orvix/runtime.h"
-#include "platform/dialogs/dialog_program.h"
 #include "support/recording_host.h"
+#include "support/stand_in_desktop.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
-// A desktop for the length of a test: a path with nothing but the dialog
+// A desktop for the length of a test: a path with nothing but the stand-in
 // programs that the test puts there, which write down how they were called.
-#ifndef ORVIX_TESTS_PLATFORM_DIALOGS_DIALOG_PROGRAM_H
-#define ORVIX_TESTS_PLATFORM_DIALOGS_DIALOG_PROGRAM_H
+#ifndef ORVIX_TESTS_SUPPORT_STAND_IN_DESKTOP_H
+#define ORVIX_TESTS_SUPPORT_STAND_IN_DESKTOP_H
 
 #include <cstdlib>
 #include <optional>
