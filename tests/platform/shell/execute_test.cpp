@@ -22,7 +22,7 @@ class ExecuteTest : public ::testing::Test {
   }
   // Programs that are not waited for have been heard of when they say so.
   std::vector<std::string> WordsOnceThere() const {
-    for (int i = 0; i < 5000 && !desktop_.WasShown(); ++i) usleep(1000);
+    for (int i = 0; i < 5000 && desktop_.Words().empty(); ++i) usleep(1000);
     return desktop_.Words();
   }
 
