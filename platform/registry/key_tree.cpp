@@ -59,18 +59,21 @@ void KeyTree::TakeLine(std::string_view text) {
     text.remove_prefix(std::min(text.size(), line.size() + 1));
     while (!line.empty()) {
       ParsedLine parsed = ParseLine(line);
+      if (parsed.kind == ParsedLine::Kind::kNote) break;
       if (parsed.kind == ParsedLine::Kind::kRecord) {
         TakeRecord(std::move(parsed.record), line.size() + 1);
         break;
       }
-      // A line end may be what was damaged: the byte before the next record
-      // stands in its place.
       const std::size_t inside = FindRecordInside(line);
       if (inside == std::string_view::npos) {
-        if (parsed.kind == ParsedLine::Kind::kDamaged) TakeDamage(std::move(parsed), line);
+        TakeDamage(std::move(parsed), line);
         break;
       }
-      TakeOne(line.substr(0, inside - 1));
+      // A line end was lost, or the byte before the next record stands in its
+      // place.
+      const std::string_view first = line.substr(0, inside);
+      const bool is_whole = ParseLine(first).kind == ParsedLine::Kind::kRecord;
+      TakeOne(is_whole ? first : first.substr(0, inside - 1));
       line.remove_prefix(inside);
     }
   }

@@ -234,7 +234,11 @@ void RootFile::TakeLines(std::string_view bytes) {
   }
   torn_ = bytes.substr(end);
   torn_taken_ = IsWhole(torn_) || (!torn_.empty() && !IsBegunRecord(torn_));
-  if (torn_taken_) tree_->TakeLine(torn_);
+  if (torn_taken_) {
+    std::string_view last = torn_;
+    if (taken_ == 0 && end == 0 && last.starts_with(kByteOrderMark)) last.remove_prefix(kByteOrderMark.size());
+    tree_->TakeLine(last);
+  }
   taken_ += static_cast<off_t>(end);
   if (end > 0) last_bytes_ = bytes.substr(end - std::min(end, kCompared), std::min(end, kCompared));
 }

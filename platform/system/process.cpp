@@ -253,6 +253,9 @@ std::optional<std::string> ChildProgram::ReadOutput(std::size_t most_bytes) {
 
 void ChildProgram::Kill() {
   if (process_ < 0 || end_) return;
+  // Its number may be another program's once it has been collected.
+  end_ = Look(process_, WNOHANG);
+  if (end_) return;
   // The session's group carries the program's number.
   if (kill(-process_, SIGKILL) != 0) kill(process_, SIGKILL);
   Wait();

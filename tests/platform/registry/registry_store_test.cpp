@@ -299,7 +299,7 @@ TEST_F(DamageTest, DamageOutlivesTheRewritingOfTheFile) {
 
 TEST_F(DamageTest, OtherLineEndsAndLostOnes) {
   const std::vector<std::string> lines = WriteThree();
-  for (const char* const line_end : {"\r", "\r\n", "x"}) {
+  for (const char* const line_end : {"\r", "\r\n", "x", ""}) {
     std::string text;
     for (const std::string& line : lines) text += line + line_end;
     WriteUserFile(text);
@@ -308,6 +308,10 @@ TEST_F(DamageTest, OtherLineEndsAndLostOnes) {
     for (const char* const name : {"One", "Two"}) EXPECT_EQ(Get(name), name) << line_end;
     EXPECT_EQ(Get("Four"), "4") << line_end;
   }
+  // What is commented out stays so.
+  WriteUserFile(lines[0] + "\n# " + lines[1] + "\n" + lines[2] + "\n");
+  EXPECT_EQ(Get("One"), "code 2");
+  EXPECT_EQ(Get("Two"), "Two");
   // Thousands on one line are read in one go.
   std::string merged;
   for (int i = 0; i < 5000; ++i) merged += lines[1 + static_cast<std::size_t>(i) % 3] + '?';
