@@ -8,6 +8,9 @@ namespace Orvix::registry {
 
 namespace {
 
+// The mark of a note and nothing more: what follows was left out by a person.
+bool IsBlankNote(std::string_view text) { return text.find_first_not_of("# \t") == std::string_view::npos; }
+
 // An estimate for keys that no line of their own has made.
 std::size_t KeyLineBytes(const Key& key) { return 30 + key.path.size(); }
 
@@ -59,19 +62,19 @@ void KeyTree::TakeLine(std::string_view text) {
     text.remove_prefix(std::min(text.size(), line.size() + 1));
     while (!line.empty()) {
       ParsedLine parsed = ParseLine(line);
-      if (parsed.kind == ParsedLine::Kind::kNote) break;
       if (parsed.kind == ParsedLine::Kind::kRecord) {
         TakeRecord(std::move(parsed.record), line.size() + 1);
         break;
       }
       const std::size_t inside = FindRecordInside(line);
-      if (inside == std::string_view::npos) {
-        TakeDamage(std::move(parsed), line);
+      const std::string_view first = line.substr(0, inside);
+      const bool left_out = parsed.kind == ParsedLine::Kind::kNote && IsBlankNote(first);
+      if (left_out || inside == std::string_view::npos) {
+        if (parsed.kind == ParsedLine::Kind::kDamaged) TakeDamage(std::move(parsed), line);
         break;
       }
       // A line end was lost, or the byte before the next record stands in its
       // place.
-      const std::string_view first = line.substr(0, inside);
       const bool is_whole = ParseLine(first).kind == ParsedLine::Kind::kRecord;
       TakeOne(is_whole ? first : first.substr(0, inside - 1));
       line.remove_prefix(inside);

@@ -252,6 +252,14 @@ bool HasChecksumFields(std::string_view line) {
          line[kContentAt - 1] == ' ';
 }
 
+// Whether the first byte of a record has become a "#": a person who leaves a
+// record out puts one in front.
+bool HasSpoiltStart(std::string_view line) {
+  return line.size() > kContentAt && line.front() == '#' && HexAt(line, 1, kAddressAt - 2) &&
+         line[kAddressAt - 1] == ' ' && HexAt(line, kAddressAt, 8) && line[kContentAt - 1] == ' ' &&
+         StartsWithVerb(line.substr(kContentAt));
+}
+
 // Looks for key and name of a value in a line whose fields before the verb are
 // spoilt.
 bool FindSet(std::string_view line, Record* record) {
@@ -347,7 +355,8 @@ ParsedLine ParseLine(std::string_view line) {
   ParsedLine parsed;
   // An editor may have left the line ends of another system.
   if (line.ends_with('\r')) line.remove_suffix(1);
-  if (line.find_first_not_of(" \t") == std::string_view::npos || line.front() == '#') return parsed;
+  if (line.find_first_not_of(" \t") == std::string_view::npos) return parsed;
+  if (line.front() == '#' && !HasSpoiltStart(line)) return parsed;
   if (IsWrittenByHand(line)) {
     const Reading reading = ParseContent(line, &parsed.record);
     parsed.kind = reading.whole ? ParsedLine::Kind::kRecord : ParsedLine::Kind::kDamaged;

@@ -89,9 +89,8 @@ bool IsYoung(const timespec& modified) noexcept {
 bool IsTooNew(std::string_view first_line) {
   if (!first_line.starts_with(kFormat)) return false;
   first_line.remove_prefix(kFormat.size());
-  if (first_line.ends_with('\r')) first_line.remove_suffix(1);
-  const bool is_number = !first_line.empty() && first_line.find_first_not_of("0123456789") == std::string_view::npos;
-  return is_number && first_line != "1";
+  const std::string_view number = first_line.substr(0, first_line.find_first_not_of("0123456789"));
+  return !number.empty() && number != "1";
 }
 
 // A last line that lacks only its line end: a person wrote it, or the kill came

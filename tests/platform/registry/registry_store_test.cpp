@@ -220,6 +220,8 @@ TEST_F(StoreTest, AStoreOfALaterVersionIsLeftAlone) {
   EXPECT_EQ(GetBytes(User(), "x"), "code 1009");
   EXPECT_EQ(SetBytes(User(), "x", 3, "1"), 1009);
   EXPECT_EQ(ReadFile(UserFile()), text);
+  WriteUserFile("# Orvix registry 2.0\nset \"\" \"x\" 3 31\n");
+  EXPECT_EQ(GetBytes(User(), "x"), "code 1009");
   WriteUserFile("# Orvix registry ~\nset \"\" \"x\" 3 31\n");  // a damaged note is a note
   EXPECT_EQ(GetBytes(User(), "x"), "1");
 }
@@ -312,6 +314,10 @@ TEST_F(DamageTest, OtherLineEndsAndLostOnes) {
   WriteUserFile(lines[0] + "\n# " + lines[1] + "\n" + lines[2] + "\n");
   EXPECT_EQ(Get("One"), "code 2");
   EXPECT_EQ(Get("Two"), "Two");
+  // A note that lost its line end costs nothing, a spoilt first byte its own value.
+  WriteUserFile("# a note?" + lines[1] + "\n#" + lines[2].substr(1) + "\n");
+  EXPECT_EQ(Get("One"), "One");
+  EXPECT_EQ(Get("Two"), "code 1009");
   // Thousands on one line are read in one go.
   std::string merged;
   for (int i = 0; i < 5000; ++i) merged += lines[1 + static_cast<std::size_t>(i) % 3] + '?';
