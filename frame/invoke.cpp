@@ -339,7 +339,7 @@ HRESULT InvokeByName(const DispatchIndex& index, IDispatch* object, DISPID membe
   done = call.Run(object, returned.Place());
   call.WriteBackAll();
   if (SUCCEEDED(done)) return returned.Deliver(result);
-  if (done == DISP_E_PARAMNOTOPTIONAL) return done;
+  if (done == DISP_E_PARAMNOTOPTIONAL) return refuse(done);
   DescribeFailure(done, exception);
   return DISP_E_EXCEPTION;
 }

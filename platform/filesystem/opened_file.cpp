@@ -143,6 +143,10 @@ Opened OpenByRequest(const NativeName& name, const OpenRequest& request) {
   // Asking to create what is there is refused in shared directories.
   Descriptor descriptor(OpenDescriptor(name.path, exists ? flags : flags | O_CREAT));
   if (descriptor.get() >= 0) return {std::move(descriptor), flags};
+  if (exists && errno == ENOENT) {  // gone since
+    Descriptor made(OpenDescriptor(name.path, flags | O_CREAT));
+    if (made.get() >= 0) return {std::move(made), flags};
+  }
   // Without a wish for access what cannot be written is read, if it is there.
   if (reads_at_least && exists && IsRefusal(errno)) return OpenExisting(name);
   FailWithErrno(errno, FileTask::kCreate);

@@ -67,8 +67,8 @@ bool ShowsFile(UINT command) {
     case kDisplayContext:
       return true;
     default:
-      // A keyword cannot be looked up from outside: the viewers offer no such
-      // thing. Callers go on to ask for the index then.
+      // A keyword cannot be looked up from outside: no viewer tells whether it
+      // found one. Callers go on to ask for the index then.
       return false;
   }
 }

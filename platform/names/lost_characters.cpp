@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 
 namespace Orvix {
 
@@ -46,10 +47,13 @@ void NoteLostCharacters(std::string_view bytes, std::size_t first_lost) noexcept
 }
 
 bool LostCharacters(std::string_view bytes) noexcept {
-  return any_note && std::any_of(std::begin(notes), std::end(notes), [&](const Note& note) {
-           return note.start == bytes.data() && note.start != nullptr && note.first_lost < bytes.size() &&
-                  note.content == ContentOf(bytes.substr(0, note.first_lost + 1));
-         });
+  if (!any_note) return false;
+  const std::less_equal<> at_or_before;
+  return std::any_of(std::begin(notes), std::end(notes), [&](const Note& note) {
+    if (note.start == nullptr || !at_or_before(bytes.data(), note.start)) return false;
+    if (!at_or_before(note.start + note.first_lost + 1, bytes.data() + bytes.size())) return false;
+    return note.content == ContentOf({note.start, note.first_lost + 1});
+  });
 }
 
 }  // namespace Orvix

@@ -17,8 +17,9 @@ void NoteLostCharacters(std::string_view bytes, std::size_t first_lost) noexcept
 // A conversion without loss wrote `bytes`: what was known of the place is over.
 void ForgetLostCharacters(std::string_view bytes) noexcept;
 
-// Whether `bytes` start where a noted conversion wrote, still hold what it wrote
-// and reach as far as its first substitute.
+// Whether a noted conversion wrote somewhere in `bytes`, which still hold what it
+// wrote as far as its first substitute. A list may have been converted whole or
+// name by name.
 [[nodiscard]] bool LostCharacters(std::string_view bytes) noexcept;
 
 }  // namespace Orvix

@@ -396,7 +396,11 @@ bool IsBegunRecord(std::string_view text) {
     const bool is_blank = i == kAddressAt - 1 || i == kContentAt - 1;
     if (is_blank ? text[i] != ' ' : DigitOf(text[i]) == 16) return false;
   }
-  return text.find('\r') == std::string_view::npos && FindRecordInside(text) == std::string_view::npos;
+  // Cut off in the middle, it does not end in a quote where one may end.
+  Record record;
+  const bool ends_well =
+      text.size() > kContentAt && text.ends_with('"') && ParseContent(text.substr(kContentAt), &record).whole;
+  return !ends_well && text.find('\r') == std::string_view::npos && FindRecordInside(text) == std::string_view::npos;
 }
 
 }  // namespace Orvix::registry

@@ -48,6 +48,7 @@ ExecuteResult ResultOfError(int error) {
     case EPERM:
       return kExecuteAccessDenied;
     case ENOEXEC:
+    case ELIBBAD:
       return kExecuteBadFormat;
     case ETXTBSY:
       return kExecuteShared;
@@ -77,14 +78,13 @@ bool IsExecutable(const std::string& path, const struct stat& facts) {
 
 // Resolves a name; the result when that fails.
 ExecuteResult Resolve(TextView name, std::string& path, struct stat& facts) {
-  NativeName native;
   try {
-    native = ResolveName(name);
+    NativeName native = ResolveName(name);
+    if (native.parent_missing) return kExecutePathNotFound;
+    path = AbsolutePath(std::move(native.path));
   } catch (const RuntimeError& error) {
     return error.number == kPathNotFound ? kExecutePathNotFound : kExecuteFileNotFound;
   }
-  if (native.parent_missing) return kExecutePathNotFound;
-  path = AbsolutePath(std::move(native.path));
   return stat(path.c_str(), &facts) == 0 ? kExecuteDone : ResultOfError(errno);
 }
 
@@ -123,6 +123,7 @@ ExecuteResult Execute(const ExecuteRequest& request) {
     if (found != kExecuteDone || !S_ISDIR(facts.st_mode)) return kExecutePathNotFound;
   }
   if (!explores && HasScheme(request.file)) {
+    if (request.file.find(u'\0') != Text::npos) return kExecuteFileNotFound;
     return OpenWithDesktop(ToUtf8(request.file), directory, request.patience);
   }
   std::string path;

@@ -18,6 +18,9 @@ class Spellings {
   // made for this operation nothing has to be looked up.
   Spellings(int directory, bool fresh) : directory_(directory), fresh_(fresh) {}
 
+  // The same directory, opened anew.
+  void Reach(int directory) { directory_ = directory; }
+
   // `name` is going to be put there as well: it is no other spelling of
   // something else that comes.
   void Expect(const std::string& name) { expected_.insert(name); }

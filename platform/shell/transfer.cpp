@@ -1,7 +1,7 @@
 // What is checked for each item before the tree functions do the work.
 #include "platform/shell/transfer.h"
 
-#include <optional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -66,7 +66,8 @@ class Transferrer {
   Descriptor from_;
   std::string to_path_;
   Descriptor to_;
-  std::optional<Spellings> spellings_;
+  std::unordered_map<std::string, Spellings> known_;  // for each directory once reached
+  Spellings* spellings_ = nullptr;                    // of the one that is open
 };
 
 // Opens the directory that the item goes into, made when it is missing. False
@@ -83,11 +84,14 @@ bool Transferrer::ReachTarget(const std::string& path) {
     }
     MakeTarget(path);
   }
-  spellings_.reset();
   to_ = ReachDirectory(path, Side::kTarget);
   to_path_ = path;
-  spellings_.emplace(to_.get(), /*fresh=*/false);
-  for (const std::string* const name : coming_[path]) spellings_->Expect(*name);
+  const auto [place, is_new] = known_.try_emplace(path, to_.get(), /*fresh=*/false);
+  spellings_ = &place->second;
+  spellings_->Reach(to_.get());
+  if (is_new) {
+    for (const std::string* const name : coming_[path]) spellings_->Expect(*name);
+  }
   return true;
 }
 

@@ -50,6 +50,7 @@ void CollectUnwaited() {
 
 // Collects the program when it has ended.
 std::optional<ProgramEnd> Look(pid_t process, int options) {
+  if (process < 0) return ProgramEnd{};  // never started; to wait for -1 would take any child of the application
   int status = 0;
   pid_t got = 0;
   do {
@@ -131,7 +132,8 @@ std::string FindProgram(std::string_view name) {
     program += '/';
     program += name;
     struct stat facts {};
-    if (stat(program.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) && (facts.st_mode & 0111) != 0) return program;
+    if (stat(program.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) continue;
+    if (faccessat(AT_FDCWD, program.c_str(), X_OK, AT_EACCESS) == 0) return program;
   }
   return {};
 }
@@ -253,11 +255,11 @@ std::optional<std::string> ChildProgram::ReadOutput(std::size_t most_bytes) {
 
 void ChildProgram::Kill() {
   if (process_ < 0 || end_) return;
-  // Its number may be another program's once it has been collected.
-  end_ = Look(process_, WNOHANG);
-  if (end_) return;
-  // The session's group carries the program's number.
-  if (kill(-process_, SIGKILL) != 0) kill(process_, SIGKILL);
+  // Its number may be another program's once someone else in this process has
+  // collected it. As long as it is not collected, even an ended program keeps the
+  // number for the group that it left behind.
+  siginfo_t facts{};
+  if (waitid(P_PID, static_cast<id_t>(process_), &facts, WEXITED | WNOHANG | WNOWAIT) == 0) kill(-process_, SIGKILL);
   Wait();
 }
 

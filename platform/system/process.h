@@ -15,7 +15,8 @@ namespace Orvix {
 
 // The absolute name of the first program of this name on PATH; empty when there
 // is none. Relative entries of PATH are passed over: a program must not come
-// from wherever the process happens to be.
+// from wherever the process happens to be. So are files that this process may
+// not execute.
 [[nodiscard]] std::string FindProgram(std::string_view name);
 
 // Whether windows can be shown: a display is named in the environment.
@@ -62,7 +63,8 @@ class ChildProgram {
   // `most_bytes`, and the program is then ended. Helpers that it leaves behind
   // are not waited for.
   [[nodiscard]] std::optional<std::string> ReadOutput(std::size_t most_bytes);
-  // Ends the program and everything in its session, and waits.
+  // Ends the program and the helpers that stayed in its group, also when it has
+  // ended itself but was not waited for yet, and waits.
   void Kill();
 
  private:

@@ -24,8 +24,8 @@ class AtTerminal {
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
-    terminal_ = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    if (terminal_ < 0 || grantpt(terminal_) != 0 || unlockpt(terminal_) != 0) throw std::runtime_error("no terminal");
+    terminal_ = Opened();
+    if (terminal_ < 0) throw std::runtime_error("no terminal");
     const std::string name = ptsname(terminal_);
     const std::string out = (scratch_.Path() / "out").string();
     child_ = fork();
@@ -36,6 +36,12 @@ class AtTerminal {
       execv(arguments.front(), arguments.data());
       _exit(127);
     }
+  }
+  // Whether this machine has terminals to give.
+  static bool Possible() {
+    const int terminal = Opened();
+    if (terminal >= 0) close(terminal);
+    return terminal >= 0;
   }
   AtTerminal(const AtTerminal&) = delete;
   AtTerminal& operator=(const AtTerminal&) = delete;
@@ -61,6 +67,13 @@ class AtTerminal {
   [[nodiscard]] std::string Out() const { return ReadWhole(scratch_.Path() / "out"); }
 
  private:
+  static int Opened() {
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (terminal < 0) return -1;
+    if (grantpt(terminal) == 0 && unlockpt(terminal) == 0 && ptsname(terminal) != nullptr) return terminal;
+    close(terminal);
+    return -1;
+  }
   bool Read() {
     char bytes[4096];
     const ssize_t got = read(terminal_, bytes, sizeof bytes);
@@ -75,6 +88,7 @@ class AtTerminal {
 };
 
 TEST(BackupTerminalTest, StagesAreShownOnOneLineAndGoneAtTheEnd) {
+  if (!AtTerminal::Possible()) GTEST_SKIP() << "no terminals here";
   const ScratchDirectory source;
   const ScratchDirectory target;
   std::ofstream(source.Path() / "a.txt") << "12345";
@@ -91,6 +105,7 @@ TEST(BackupTerminalTest, StagesAreShownOnOneLineAndGoneAtTheEnd) {
 
 // The page map of a process has no end worth waiting for.
 TEST(BackupTerminalTest, InterruptLeavesNoHalfFile) {
+  if (!AtTerminal::Possible()) GTEST_SKIP() << "no terminals here";
   if (access("/proc/self/pagemap", R_OK) != 0) GTEST_SKIP() << "there is no endless file";
   const ScratchDirectory target;
   AtTerminal backup({"/proc/self", target.Path().string(), "--mask", "pagemap"});

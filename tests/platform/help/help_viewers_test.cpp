@@ -34,12 +34,29 @@ TEST_F(HelpTest, TheBestViewerGetsTheFile) {
   EXPECT_THAT(WordsOnceThere(), ElementsAre("kchmviewer", desktop_.files.Native("--a b.chm")));
 }
 
+TEST_F(HelpTest, AViewerThatCannotStartGivesWayToTheNext) {
+  desktop_.Install("kchmviewer", "no program");
+  desktop_.InstallAnswer("okular", "");
+  EXPECT_TRUE(Shows("--a b.chm>main", 15));
+  EXPECT_THAT(WordsOnceThere(), ElementsAre("okular", desktop_.files.Native("--a b.chm")));
+}
+
 TEST_F(HelpTest, EverythingElseIsQuietlyNothing) {
   EXPECT_FALSE(Shows("--a b.chm"));  // no viewer
   desktop_.InstallAnswer("xchm", "");
   desktop_.files.Write("a.txt", "");
   EXPECT_FALSE(Shows("a.txt"));
+  desktop_.files.Write(
+      "b\x0E"
+      "chm",
+      "");
+  desktop_.files.MakeDirectory("folder.chm");
+  EXPECT_FALSE(
+      Shows("b\x0E"
+            "chm"));
+  EXPECT_FALSE(Shows("folder.chm"));
   EXPECT_FALSE(Shows("missing.chm"));
+  EXPECT_FALSE(Shows("missing\\a.chm"));
   EXPECT_FALSE(Shows("--a b.chm", kKeyword));  // nobody can be asked for one
   EXPECT_EQ(HtmlHelpA(nullptr, nullptr, kIndex, 0), nullptr);
   EXPECT_EQ(HtmlHelpA(nullptr, "Q:\\a.chm", kIndex, 0), nullptr);

@@ -337,6 +337,16 @@ TEST_F(DamageTest, WhatAPersonWroteLastStays) {
     EXPECT_NE(ReadFile(UserFile()).find(std::string(last) + "\n"), std::string::npos) << last;
     EXPECT_EQ(Get("Three"), "Three");
   }
+  // A text changed in the last line, its checksum as it was, and no line end.
+  WriteUserFile(whole);
+  ASSERT_EQ(SetBytes(CreateKey(User(), "Key"), "Text", 1, "abc"), 0);
+  std::string edited = ReadFile(UserFile());
+  edited.pop_back();
+  edited.replace(edited.rfind("abc"), 3, "abd");
+  WriteUserFile(edited);
+  EXPECT_EQ(Get("Text"), "code 1009");
+  ASSERT_EQ(Set("Six", "6"), 0);
+  EXPECT_EQ(Get("Text"), "code 1009");
   WriteUserFile(whole + whole.substr(whole.rfind('\n', whole.size() - 2) + 1, 40));
   ASSERT_EQ(Set("Six", "6"), 0);
   EXPECT_TRUE(ReadFile(UserFile()).starts_with(whole));

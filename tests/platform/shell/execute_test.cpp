@@ -63,6 +63,33 @@ TEST_F(ExecuteTest, AnOpenerThatStaysIsASuccess) {
   desktop_.files.Write("a.txt", "");
   desktop_.Install("xdg-open", "#!/bin/sh\nexec /bin/sleep 5\n");
   EXPECT_EQ(Execute({.file = desktop_.files.Name(u"\\a.txt"), .patience = std::chrono::milliseconds(20)}), 42);
+  desktop_.Install("xdg-open", "#!/bin/sh\nkill -9 $$\n");
+  EXPECT_EQ(Open(desktop_.files.Name(u"\\a.txt")), 31);
+  desktop_.Install("xdg-open", "no program");
+  EXPECT_EQ(Open(desktop_.files.Name(u"\\a.txt")), 0);
+}
+
+// Without an opener only what is started itself succeeds.
+TEST_F(ExecuteTest, BitAndHeaderTogetherMakeAProgram) {
+  EXPECT_EQ(Open(u"Z:\\bin\\true"), 42);
+  struct Case {
+    const char* content;
+    unsigned mode;
+    INT code;
+  };
+  const Case cases[] = {{"#!/bin/sh\n", 0700, 42},
+                        {"#!/bin/sh\n", 0600, 31},
+                        {"\x7f"
+                         "ELF, but no more",
+                         0700, 11},
+                        {"exit 0\n", 0700, 31},
+                        {"#", 0700, 31},
+                        {"", 0700, 31}};
+  for (const Case& one : cases) {
+    desktop_.files.Write("a", one.content);
+    std::filesystem::permissions(desktop_.files.Native("a"), std::filesystem::perms(one.mode));
+    EXPECT_EQ(Open(desktop_.files.Name(u"\\a")), one.code) << one.content << one.mode;
+  }
 }
 
 TEST_F(ExecuteTest, ProgramsAreStartedThemselves) {
@@ -87,6 +114,8 @@ TEST_F(ExecuteTest, WhatIsNotThereOrNotAllowed) {
       {u"\\\\nobody\\share\\a", 3},
       {u"", 2},
       {Text(u"a\0b", 3), 2},
+      {Text(u"http:\0b", 7), 2},
+      {u"Z:\\*.txt", 2},
       {desktop_.files.Name(u"\\broken"), 11},
       {desktop_.files.Name(u"\\a.txt"), 31},
       {u"https://example.org", 31},
@@ -101,6 +130,38 @@ TEST_F(ExecuteTest, WhatIsNotThereOrNotAllowed) {
   std::filesystem::permissions(desktop_.files.Native(""), std::filesystem::perms::owner_all);
 }
 
+TEST_F(ExecuteTest, RelativeNamesInADirectoryThatIsGoneAreNotFound) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  desktop_.files.MakeDirectory("gone");
+  std::filesystem::current_path(desktop_.files.Native("gone"));
+  std::filesystem::remove(desktop_.files.Native("gone"));
+  EXPECT_EQ(ShellExecuteA(nullptr, "open", "a.txt", nullptr, nullptr, 1), reinterpret_cast<void*>(3));
+  EXPECT_EQ(ShellExecuteA(nullptr, "explore", ".", nullptr, nullptr, 1), reinterpret_cast<void*>(3));
+  std::filesystem::current_path(before);
+}
+
+TEST_F(ExecuteTest, LineOfWords) {
+  struct Case {
+    TextView line;
+    std::vector<std::string> words;
+  };
+  const Case cases[] = {
+      {u"", {}},
+      {u" \t ", {}},
+      {u"a \tb ", {"a", "b"}},
+      {u"\"a b\"c", {"a bc"}},
+      {u"\"open end ", {"open end "}},
+      {u"a\"\"b \"\"", {"ab", ""}},
+      {u"\\\"a", {"\"a"}},               // backslash, quote
+      {u"\\\\\"a b\"", {"\\a b"}},       // two and a quote that opens
+      {u"\\\\\\\"a b", {"\\\"a", "b"}},  // three: one, and an ordinary quote
+      {u"\"C:\\dir x\\\\\" y", {"C:\\dir x\\", "y"}},
+      {u"\\\\server\\s \\", {"\\\\server\\s", "\\"}},
+      {u"\u00E9\u20AC", {"\xC3\xA9\xE2\x82\xAC"}},
+  };
+  for (const Case& one : cases) EXPECT_EQ(WordsOfCommandLine(one.line), one.words) << ToUtf8(one.line);
+}
+
 TEST_F(ExecuteTest, VerbsAndDirectories) {
   desktop_.InstallAnswer("xdg-open", "");
   desktop_.files.MakeDirectory("folder");
@@ -111,9 +172,21 @@ TEST_F(ExecuteTest, VerbsAndDirectories) {
   EXPECT_EQ(Execute({.verb = u"Explore", .file = folder}), 42);
   EXPECT_EQ(Execute({.verb = u"explore", .file = file}), 31);
   EXPECT_EQ(Execute({.verb = u"print", .file = file}), 31);
+  desktop_.Install("xdg-open", "#!/bin/sh\npwd -P > '" + desktop_.files.Native("where") + "'\n");
   EXPECT_EQ(Execute({.file = file, .directory = folder}), 42);
+  std::string where;
+  std::getline(std::ifstream(desktop_.files.Native("where")), where);
+  EXPECT_EQ(where, std::filesystem::canonical(desktop_.files.Native("folder")));
   EXPECT_EQ(Execute({.file = file, .directory = file}), 3);
   EXPECT_EQ(Execute({.file = file, .directory = desktop_.files.Name(u"\\none")}), 3);
+}
+
+TEST_F(ExecuteTest, TheExportedFunctionTakesAnsi) {
+  desktop_.InstallAnswer("xdg-open", "");
+  desktop_.files.Write("caf\xC3\xA9 \xE2\x82\xAC.txt", "");
+  const std::string name = "Z:" + desktop_.files.Native("") + "CAF\xC9 \x80.txt";
+  EXPECT_EQ(ShellExecuteA(nullptr, nullptr, name.c_str(), nullptr, nullptr, 1), reinterpret_cast<void*>(42));
+  EXPECT_THAT(desktop_.Words(), ElementsAre("xdg-open", desktop_.files.Native("caf\xC3\xA9 \xE2\x82\xAC.txt")));
 }
 
 TEST_F(ExecuteTest, TheExportedFunctionAsksTheHostFirst) {

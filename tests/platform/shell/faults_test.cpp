@@ -161,6 +161,14 @@ TEST_F(FaultTest, ALostCharacterIsNoWildcard) {
   EXPECT_EQ(Now(), "");
 }
 
+TEST_F(FaultTest, NamesConvertedOneByOneAreSeenToo) {
+  Make("keep=1 b1=2");
+  const LowBytes bytes(std::string("keep\0  \0\0", 9));
+  WideCharToMultiByte(CP_ACP, 0, u"b\u0436", 2, bytes.get() + 5, 2, nullptr, nullptr);
+  EXPECT_EQ(RunRequest(kDeleting, 0x10, bytes.Address(), 0), (Outcome{0x7C, 0}));
+  EXPECT_EQ(Now(), "b1=2 keep=1");
+}
+
 TEST_F(FaultTest, ALossBehindTheEndOfTheListIsNone) {
   Make("a1=1");
   EXPECT_EQ(DeleteConverted({u"a?\0\0b\u0416\0\0", 8}), kDone);

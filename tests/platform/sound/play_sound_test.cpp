@@ -96,6 +96,34 @@ TEST_F(PlaySoundTest, WhatCannotBePlayedIsTheDefaultSound) {
   EXPECT_EQ(desktop_.Words().size(), 4U);
 }
 
+TEST_F(PlaySoundTest, AFileThatEveryPlayerRefusesIsTheDefaultSound) {
+  for (const char* const player : {"pw-play", "aplay"}) {
+    desktop_.Install(player, "#!/bin/sh\necho \"${0##*/} $#${1##*/}\" >> '" + desktop_.files.Native("played") +
+                                 "'\ncase $1 in *bell*) exit 0;; esac\nkill -9 $$\n");
+  }
+  desktop_.Install("paplay", "no program");
+  InstallBell("bell.wav", FileOf(kShort));
+  desktop_.files.Write("-D.wav", FileOf(kShort));
+  EXPECT_TRUE(Plays("-D.wav"));
+  std::ifstream played(desktop_.files.Native("played"));
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(played), {}),
+            "pw-play 1-D.wav\naplay 1-D.wav\npw-play 1bell.wav\n");
+}
+
+TEST_F(PlaySoundTest, TheUsersThemeComesBeforeTheMachines) {
+  desktop_.InstallAnswer("pw-play", "");
+  const NativeDirectory machine;
+  machine.MakeDirectory("sounds/freedesktop/stereo");
+  machine.Write("sounds/freedesktop/stereo/bell.oga", "");
+  data_directories_.Set(("relative::/no/such/directory:" + machine.Native(".")).c_str());
+  EXPECT_NE(sndPlaySoundA("SystemDefault", 0), 0);
+  InstallBell("bell.wav", "no sound");
+  InstallBell("bell.ogg", "");
+  EXPECT_NE(sndPlaySoundA("", 0), 0);
+  EXPECT_THAT(desktop_.Words(), ElementsAre("pw-play", machine.Native("./sounds/freedesktop/stereo/bell.oga"),
+                                            "pw-play", Bell("bell.ogg")));
+}
+
 TEST_F(PlaySoundTest, NamesOfSystemSoundsAreTheThemes) {
   desktop_.InstallAnswer("aplay", "");
   InstallBell("dialog-error.wav", FileOf(kShort));

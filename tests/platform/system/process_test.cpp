@@ -3,11 +3,15 @@
 #include "platform/system/process.h"
 
 #include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 
+#include "support/ordinary_user.h"
 #include "support/stand_in_desktop.h"
 
 namespace Orvix::testing {
@@ -56,7 +60,11 @@ TEST_F(ProcessTest, OutputIsBounded) {
 }
 
 // What a program leaves behind holds its output open, and is not waited for.
-TEST_F(ProcessTest, HelpersLeftBehindAreNotWaitedFor) { EXPECT_EQ(OutputOf("/bin/sleep 30 & printf done"), "done"); }
+TEST_F(ProcessTest, HelpersLeftBehindAreNotWaitedFor) {
+  const std::optional<std::string> helper = OutputOf("/bin/sleep 30 & printf $!");
+  ASSERT_TRUE(helper);
+  EXPECT_EQ(kill(std::stoi(*helper), SIGKILL), 0);
+}
 
 TEST_F(ProcessTest, StartFailuresAreNumbered) {
   ChildProgram missing;
@@ -64,15 +72,51 @@ TEST_F(ProcessTest, StartFailuresAreNumbered) {
   desktop_.programs.Write("plain", "x");
   ChildProgram plain;
   EXPECT_EQ(plain.Start({desktop_.programs.Native("plain"), {}}, ChildProgram::Output::kRead), EACCES);
-  EXPECT_EQ(FindProgram("plain"), "");
-  EXPECT_EQ(FindProgram("missing"), "");
-  desktop_.path.Set(("relative:" + desktop_.programs.Native("")).c_str());
   desktop_.Install("tool", "#!/bin/sh\n");
-  EXPECT_EQ(FindProgram("tool"), desktop_.programs.Native("") + "/tool");
+  ChildProgram elsewhere;
+  EXPECT_EQ(elsewhere.Start({FindProgram("tool"), {}, "/no/such/directory"}, ChildProgram::Output::kRead), ENOENT);
 }
 
-TEST_F(ProcessTest, WaitingHasALimitAndKillingEndsTheSession) {
-  desktop_.Install("tool", "#!/bin/sh\n/bin/sleep 30 &\necho $!\nwait\n");
+// Waiting for nothing must not take a child of the application's own.
+TEST_F(ProcessTest, WhatNeverStartedHasEnded) {
+  const pid_t own = fork();
+  if (own == 0) _exit(5);
+  ChildProgram missing;
+  EXPECT_EQ(missing.Start({"/no/such/program", {}}, ChildProgram::Output::kRead), ENOENT);
+  EXPECT_EQ(missing.Wait().kind, ProgramEnd::Kind::kUnknown);
+  missing.Kill();
+  int status = 0;
+  EXPECT_EQ(waitpid(own, &status, 0), own);
+  EXPECT_EQ(WEXITSTATUS(status), 5);
+}
+
+TEST_F(ProcessTest, OnlyWhatMayBeExecutedIsFoundOnThePath) {
+  const NativeDirectory first;
+  for (const std::string& directory : {first.Native(""), desktop_.programs.Native("")}) {
+    std::filesystem::permissions(directory, std::filesystem::perms(0755));
+  }
+  first.Write("tool", "");
+  std::filesystem::permissions(first.Native("tool"), std::filesystem::perms(0601));  // by others than owner and group
+  first.MakeDirectory("folder");
+  desktop_.Install("tool", "#!/bin/sh\n");
+  std::filesystem::permissions(desktop_.programs.Native("tool"), std::filesystem::perms(0755));
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(desktop_.programs.Native(""));
+  desktop_.path.Set((".::" + first.Native("") + ":" + desktop_.programs.Native("")).c_str());
+  {
+    const OrdinaryUser user;
+    ASSERT_TRUE(user.ok());
+    EXPECT_EQ(FindProgram("tool"), desktop_.programs.Native("") + "/tool");
+    EXPECT_EQ(FindProgram("folder"), "");
+    EXPECT_EQ(FindProgram("missing"), "");
+  }
+  desktop_.path.Set(":.:");
+  EXPECT_EQ(FindProgram("tool"), "");
+  std::filesystem::current_path(before);
+}
+
+TEST_F(ProcessTest, WaitingHasALimit) {
+  desktop_.Install("tool", "#!/bin/sh\nexec /bin/sleep 30\n");
   ChildProgram child;
   ASSERT_EQ(child.Start({FindProgram("tool"), {}}, ChildProgram::Output::kUnheard), 0);
   EXPECT_EQ(child.WaitFor(milliseconds(5)), std::nullopt);
@@ -80,6 +124,34 @@ TEST_F(ProcessTest, WaitingHasALimitAndKillingEndsTheSession) {
   const std::optional<ProgramEnd> end = child.WaitFor(milliseconds(0));
   ASSERT_TRUE(end);
   EXPECT_EQ(end->kind, ProgramEnd::Kind::kKilled);
+}
+
+// The helper holds a pipe open that hangs up when the helper is gone.
+TEST_F(ProcessTest, KillingEndsTheHelpersToo) {
+  constexpr int kAtMost_ms = 20'000;
+  const std::string pipe = desktop_.files.Native("pipe");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  for (const bool ended_itself : {false, true}) {
+    const int heard = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(heard, 0);
+    desktop_.Install(
+        "tool", "#!/bin/sh\nexec >'" + pipe + "'\n/bin/sleep 30 &\necho $$\n" + (ended_itself ? "exit 4\n" : "wait\n"));
+    ChildProgram child;
+    ASSERT_EQ(child.Start({FindProgram("tool"), {}}, ChildProgram::Output::kUnheard), 0);
+    pollfd waiting{heard, POLLIN, 0};
+    ASSERT_EQ(poll(&waiting, 1, kAtMost_ms), 1);
+    char number[20]{};
+    ASSERT_GT(read(heard, number, sizeof number - 1), 0);
+    siginfo_t facts{};
+    if (ended_itself) {
+      ASSERT_EQ(waitid(P_PID, static_cast<id_t>(std::stoi(number)), &facts, WEXITED | WNOWAIT), 0);
+    }
+    child.Kill();
+    EXPECT_EQ(child.Wait().ExitedWith(4), ended_itself);
+    EXPECT_EQ(poll(&waiting, 1, kAtMost_ms), 1);
+    EXPECT_EQ(waiting.revents, POLLHUP);
+    close(heard);
+  }
 }
 
 TEST_F(ProcessTest, ProgramsNobodyWaitedForAreCollected) {
