@@ -68,6 +68,7 @@ TEST_F(HelpTest, EverythingElseIsQuietlyNothing) {
 
 TEST_F(HelpTest, TheHostIsAskedFirst) {
   static std::string seen;
+  seen.clear();
   OxHost host{};
   host.size = sizeof host;
   const auto note = [](const char* kind, LONG window, const char* file, LONG command, LONG data) {

@@ -144,6 +144,7 @@ TEST_F(PlaySoundTest, ASoundInTheBackgroundIsStoppedByTheNext) {
 
 TEST_F(PlaySoundTest, TheHostIsAskedFirst) {
   static std::string seen;
+  seen.clear();
   OxHost host{};
   host.size = sizeof host;
   host.sndPlaySoundA = [](void*, const char* name, LONG flags) -> LONG {
