@@ -1,5 +1,5 @@
-// The desktop's trash, as the freedesktop.org trash specification 1.0 lays it
-// down: the user's home trash, and one on each other file system.
+// The desktop's trash in the layout that freedesktop.org's file managers share,
+// version 1.0: the user's home trash, and one on each other file system.
 #ifndef ORVIX_PLATFORM_SHELL_TRASH_H
 #define ORVIX_PLATFORM_SHELL_TRASH_H
 

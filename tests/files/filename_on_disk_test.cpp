@@ -63,15 +63,6 @@ class FilenameOnDiskTest : public ::testing::Test {
     EXPECT_EQ(most, given);
     return text;
   }
-  [[nodiscard]] std::string OnDisk(const std::string& name) const {
-    std::ifstream file(directory_.Native(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  static SHORT LowestFree() {
-    SHORT number = 0;
-    EXPECT_EQ(OxFreeFile(&number), S_OK);
-    return number;
-  }
 
   NativeDirectory directory_;
   ComPtr<_classFilename> filename_ = MakeFilename();
@@ -162,9 +153,9 @@ TEST_F(FilenameOnDiskTest, WhatNoTextCanHoldIsNotReadInPart) {
 TEST_F(FilenameOnDiskTest, CreatingMakesTheDirectoriesAndKeepsWhatIsThere) {
   Assign(u"\\x\\y\\a.txt");
   EXPECT_EQ(Create(u"A\u20AC\u0416"), S_OK);
-  EXPECT_EQ(OnDisk("x/y/a.txt"), "A\x80?");
+  EXPECT_EQ(directory_.Read("x/y/a.txt"), "A\x80?");
   EXPECT_EQ(Create(u"other"), S_OK);
-  EXPECT_EQ(OnDisk("x/y/a.txt"), "A\x80?");
+  EXPECT_EQ(directory_.Read("x/y/a.txt"), "A\x80?");
   Assign(u"\\x\\b");
   EXPECT_EQ(filename_->CreateFile(nullptr), S_OK);
   EXPECT_TRUE(directory_.Has("x/b"));
@@ -196,7 +187,7 @@ TEST_F(FilenameOnDiskTest, CreatingWhereThatCannotBe) {
     EXPECT_EQ(Create(u"data"), kFileAccess) << ToUtf8(one.name);
     EXPECT_EQ(TakeFailure(), (Failure{u"classFile.GetFile", Text(one.description)})) << ToUtf8(one.name);
   }
-  EXPECT_EQ(OnDisk("file"), "keep");
+  EXPECT_EQ(directory_.Read("file"), "keep");
   EXPECT_EQ(LowestFree(), 1);
 }
 
@@ -287,7 +278,7 @@ TEST_F(FilenameOnDiskTest, PermissionsAreTriedAndNothingChanges) {
   expect(u"\\gone", false, false);
   expect(u"\\*", false, false);
   EXPECT_FALSE(directory_.Has("gone"));
-  EXPECT_EQ(OnDisk("locked"), "keep");
+  EXPECT_EQ(directory_.Read("locked"), "keep");
   struct stat facts;
   ASSERT_EQ(stat(directory_.Native("locked").c_str(), &facts), 0);
   EXPECT_EQ(facts.st_mtime, 981'173'106);  // 2001-02-03 04:05:06
@@ -330,7 +321,7 @@ TEST_F(FilenameOnDiskTest, WithoutFreeDescriptorsNoFileIsLeft) {
     EXPECT_FALSE(directory_.Has("new")) << free;
   }
   EXPECT_EQ(filename_->CreateFile(&data), S_OK);
-  EXPECT_EQ(OnDisk("new"), "data");
+  EXPECT_EQ(directory_.Read("new"), "data");
   SysFreeString(data);
 }
 

@@ -46,15 +46,6 @@ class StoringTest : public ::testing::Test {
     SysFreeString(destination);
     return result;
   }
-  [[nodiscard]] std::string OnDisk(const std::string& name) const {
-    std::ifstream file(directory_.Native(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  static SHORT LowestFree() {
-    SHORT number = 0;
-    EXPECT_EQ(OxFreeFile(&number), S_OK);
-    return number;
-  }
 
   NativeDirectory directory_;
   ComPtr<_classOrvix> orvix_ = MakeOrvix();
@@ -79,12 +70,12 @@ TEST_F(StoringTest, TextsReplaceWhatWasThere) {
   for (const Case& one : cases) {
     EXPECT_EQ(StoreText(directory_.Name(one.name), one.data), S_OK);
     EXPECT_TRUE(directory_.Has(one.native));
-    EXPECT_EQ(OnDisk(one.native), one.bytes);
+    EXPECT_EQ(directory_.Read(one.native), one.bytes);
     EXPECT_EQ(LowestFree(), 1);
   }
   BSTR none = nullptr;
   EXPECT_EQ(orvix_->StoreData(Named(directory_.Name(u"\\b")), &none), S_OK);
-  EXPECT_EQ(OnDisk("b"), "");
+  EXPECT_EQ(directory_.Read("b"), "");
 }
 
 TEST_F(StoringTest, BytesReplaceWhatWasThere) {
@@ -101,14 +92,14 @@ TEST_F(StoringTest, BytesReplaceWhatWasThere) {
   };
   for (const Case& one : cases) {
     EXPECT_EQ(StoreBytes(directory_.Name(u"\\p\\q\\data"), one.bytes, one.lower), S_OK);
-    EXPECT_EQ(OnDisk("p/q/data"), one.bytes);
+    EXPECT_EQ(directory_.Read("p/q/data"), one.bytes);
     EXPECT_EQ(LowestFree(), 1);
   }
   directory_.Write("old", "content");
   SAFEARRAY* unallocated = nullptr;
   EXPECT_EQ(orvix_->StoreBinaryData(Named(directory_.Name(u"\\old")), &unallocated), S_OK);
   EXPECT_TRUE(directory_.Has("old"));
-  EXPECT_EQ(OnDisk("old"), "");
+  EXPECT_EQ(directory_.Read("old"), "");
 }
 
 TEST_F(StoringTest, ArraysOfAnotherKindAreRefusedAndTheFileKept) {
@@ -127,7 +118,7 @@ TEST_F(StoringTest, ArraysOfAnotherKindAreRefusedAndTheFileKept) {
     SafeArrayDestroy(array);
     EXPECT_EQ(LowestFree(), 1);
   }
-  EXPECT_EQ(OnDisk("a"), "keep");
+  EXPECT_EQ(directory_.Read("a"), "keep");
 }
 
 TEST_F(StoringTest, FailuresReachTheCallerAndLoseNothing) {
@@ -154,8 +145,8 @@ TEST_F(StoringTest, FailuresReachTheCallerAndLoseNothing) {
     EXPECT_EQ(TakeFailure(), one.failure) << ToUtf8(one.name);
     EXPECT_EQ(LowestFree(), 1) << ToUtf8(one.name);
   }
-  EXPECT_EQ(OnDisk("file"), "keep");
-  EXPECT_EQ(OnDisk("locked"), "keep");
+  EXPECT_EQ(directory_.Read("file"), "keep");
+  EXPECT_EQ(directory_.Read("locked"), "keep");
 }
 
 TEST_F(StoringTest, WithoutAnObjectIsError91) {
@@ -189,15 +180,15 @@ TEST_F(StoringTest, CopiesMatchesAndTreesOnlyWhenWanted) {
   directory_.MakeDirectory("to");
   directory_.Write("to/a.txt", "old");
   EXPECT_EQ(Copy(directory_.Name(u"\\*.txt"), directory_.Name(u"\\to")), S_OK);
-  EXPECT_EQ(OnDisk("to/a.txt"), "1");
-  EXPECT_EQ(OnDisk("to/b.txt"), "2");
+  EXPECT_EQ(directory_.Read("to/a.txt"), "1");
+  EXPECT_EQ(directory_.Read("to/b.txt"), "2");
   EXPECT_FALSE(directory_.Has("to/c.doc"));
   EXPECT_FALSE(directory_.Has("to/d.txt"));
   VARIANT_BOOL any_non_zero = 1;
   EXPECT_EQ(Copy(directory_.Name(u"\\*.txt"), directory_.Name(u"\\new\\to"), &any_non_zero), S_OK);
-  EXPECT_EQ(OnDisk("new/to/d.txt/x"), "4");
-  EXPECT_EQ(OnDisk("new/to/b.txt"), "2");
-  EXPECT_EQ(OnDisk("a.txt"), "1");
+  EXPECT_EQ(directory_.Read("new/to/d.txt/x"), "4");
+  EXPECT_EQ(directory_.Read("new/to/b.txt"), "2");
+  EXPECT_EQ(directory_.Read("a.txt"), "1");
 }
 
 TEST_F(StoringTest, ACopyThatFailsIsNotHeardOf) {
@@ -216,7 +207,7 @@ TEST_F(StoringTest, ANameThatLosesCharactersCopiesNoOtherFile) {
   EXPECT_EQ(Copy(directory_.Name(u"\\a\u0416b"), directory_.Name(u"\\to")), S_OK);
   EXPECT_FALSE(directory_.Has("to"));
   EXPECT_EQ(Copy(directory_.Name(u"\\a?b"), directory_.Name(u"\\to")), S_OK);
-  EXPECT_EQ(OnDisk("to/a1b"), "1");
+  EXPECT_EQ(directory_.Read("to/a1b"), "1");
 }
 
 TEST_F(StoringTest, SoundsArePlayedToTheirEndByTheirAnsiName) {

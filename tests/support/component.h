@@ -10,6 +10,7 @@
 
 #include "frame/com_ptr.h"
 #include "orvix/orvix.h"
+#include "tests/support/late_call.h"
 
 namespace Orvix::testing {
 
@@ -70,13 +71,6 @@ inline HRESULT InvokeNamed(IDispatch* object, const char16_t* name, WORD flags, 
   return object->Invoke(id, IID_NULL, 0, flags, &params, result, exception, argument_error);
 }
 
-inline VARIANT Missing() {
-  VARIANT value;
-  VariantInit(&value);
-  value.vt = VT_ERROR;
-  value.scode = DISP_E_PARAMNOTFOUND;
-  return value;
-}
 template <class T>
 VARIANT ByReference(VARTYPE type, T* target) {
   VARIANT value;

@@ -28,6 +28,11 @@ class CallText {
 inline LONG Open(TextView name, SHORT number, LONG mode, LONG access = kOxAccessDefault, LONG share = kOxShareDefault) {
   return NumberOf(OxOpenFile(Text(name).c_str(), number, mode, access, share));
 }
+// The lowest unused number, 0 when there is none.
+inline SHORT LowestFree() {
+  SHORT number = 0;
+  return OxFreeFile(&number) == S_OK ? number : SHORT{0};
+}
 inline LONG Close(SHORT number) { return NumberOf(OxCloseFile(number)); }
 inline LONG Put(SHORT number, const std::string& bytes) {
   return NumberOf(OxPutFile(number, bytes.data(), static_cast<LONG>(bytes.size())));

@@ -41,6 +41,10 @@ class NativeDirectory {
   void Write(const std::string& name, const std::string& content) const {
     std::ofstream(Native(name), std::ios::binary) << content;
   }
+  [[nodiscard]] std::string Read(const std::string& name) const {
+    std::ifstream file(Native(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
   void MakeDirectory(const std::string& name) const { std::filesystem::create_directories(Native(name)); }
   [[nodiscard]] bool Has(const std::string& name) const { return std::filesystem::exists(Native(name)); }
   // Sets the local modification time of a file.
