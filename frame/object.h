@@ -4,6 +4,7 @@
 #define ORVIX_FRAME_OBJECT_H
 
 #include <atomic>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -121,12 +122,13 @@ class Object : public Interface, public ISupportErrorInfo {
                       [&] { body(Argument<std::tuple_element_t<I, Parameters>, Slots>::Get(slots)...); });
   }
 
-  // The index is made on first use, which may find no memory.
+  // The index is made on first use, which may find no memory. It is never
+  // destroyed: threads may still be in here when the process ends.
   template <class Body>
   static HRESULT WithIndex(Body&& body) noexcept {
     const DispatchIndex* made = nullptr;
     try {
-      static const DispatchIndex index(TableOf<Interface>());
+      static const DispatchIndex& index = *std::make_unique<const DispatchIndex>(TableOf<Interface>()).release();
       made = &index;
     } catch (const std::bad_alloc&) {
       return E_OUTOFMEMORY;

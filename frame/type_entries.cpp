@@ -1,4 +1,5 @@
 // The list of types, and the constants of the enumerations in their order.
+#include <memory>
 #include <vector>
 
 #include "frame/type_library.h"
@@ -79,7 +80,8 @@ std::vector<TypeEntry> MakeEntries() {
 }  // namespace
 
 std::span<const TypeEntry> TypeEntries() {
-  static const std::vector<TypeEntry> entries = MakeEntries();
+  // Never destroyed: threads may still ask when the process ends.
+  static const std::vector<TypeEntry>& entries = *std::make_unique<std::vector<TypeEntry>>(MakeEntries()).release();
   return entries;
 }
 

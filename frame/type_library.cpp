@@ -247,10 +247,11 @@ class TypeInfo final : public Immortal<ITypeInfo> {
 };
 
 const std::vector<std::unique_ptr<TypeInfo>>& TypeInfos() {
-  static const std::vector<std::unique_ptr<TypeInfo>> infos = [] {
-    std::vector<std::unique_ptr<TypeInfo>> made;
-    for (const TypeEntry& entry : TypeEntries()) made.push_back(std::make_unique<TypeInfo>(entry, made.size()));
-    return made;
+  // Never destroyed, as the entries.
+  static const std::vector<std::unique_ptr<TypeInfo>>& infos = *[] {
+    auto made = std::make_unique<std::vector<std::unique_ptr<TypeInfo>>>();
+    for (const TypeEntry& entry : TypeEntries()) made->push_back(std::make_unique<TypeInfo>(entry, made->size()));
+    return made.release();
   }();
   return infos;
 }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "frame/runtime/file_service.h"
+#include "frame/runtime/never_destroyed.h"
 #include "frame/runtime/runtime_error.h"
 
 using namespace Orvix;
@@ -130,8 +131,8 @@ class FileTable {
 };
 
 FileTable& TheTable() {
-  static FileTable table;
-  return table;
+  static NeverDestroyed<FileTable> table;
+  return *table;
 }
 
 }  // namespace

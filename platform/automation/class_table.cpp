@@ -10,6 +10,7 @@
 #include <new>
 #include <vector>
 
+#include "frame/runtime/never_destroyed.h"
 #include "platform/automation/classes_root.h"
 #include "platform/automation/component_library.h"
 #include "platform/automation/guid_text.h"
@@ -45,9 +46,8 @@ struct Table {
 };
 
 Table& TheTable() {
-  // Never destroyed: class objects may come from libraries that are gone by then.
-  static Table& table = *std::make_unique<Table>().release();
-  return table;
+  static NeverDestroyed<Table> table;  // class objects may come from libraries that are gone at the end
+  return *table;
 }
 
 #pragma GCC diagnostic push

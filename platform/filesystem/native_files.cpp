@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "frame/runtime/file_service.h"
+#include "frame/runtime/never_destroyed.h"
 #include "frame/runtime/runtime_error.h"
 #include "platform/filesystem/errno_numbers.h"
 #include "platform/filesystem/file_facts.h"
@@ -173,8 +174,8 @@ class NativeFileService : public FileService {
 }  // namespace
 
 FileService& NativeFiles() {
-  static NativeFileService service;
-  return service;
+  static NeverDestroyed<NativeFileService> service;
+  return *service;
 }
 
 }  // namespace Orvix

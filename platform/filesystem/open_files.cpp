@@ -10,6 +10,7 @@
 #include <map>
 #include <mutex>
 
+#include "frame/runtime/never_destroyed.h"
 #include "frame/runtime/runtime_error.h"
 #include "platform/filesystem/errno_numbers.h"
 
@@ -32,8 +33,8 @@ struct OpenFiles {
 };
 
 OpenFiles& TheOpenFiles() {
-  static OpenFiles open_files;
-  return open_files;
+  static NeverDestroyed<OpenFiles> open_files;
+  return *open_files;
 }
 
 // False when another process is in the way.

@@ -11,6 +11,7 @@
 #include <mutex>
 #include <shared_mutex>
 
+#include "frame/runtime/never_destroyed.h"
 #include "frame/runtime/runtime_error.h"
 #include "platform/names/case_fold.h"
 #include "platform/names/path_map.h"
@@ -84,8 +85,8 @@ struct DriveMap {
 };
 
 DriveMap& TheMap() {
-  static DriveMap map;
-  return map;
+  static NeverDestroyed<DriveMap> map;
+  return *map;
 }
 
 Text ShareName(TextView server, TextView share) { return Text(u"\\\\").append(server).append(u"\\").append(share); }

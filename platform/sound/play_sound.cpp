@@ -9,6 +9,7 @@
 #include <mutex>
 #include <new>
 
+#include "frame/runtime/never_destroyed.h"
 #include "frame/runtime/runtime_error.h"
 #include "orvix/platform.h"
 #include "platform/host/host_table.h"
@@ -101,8 +102,7 @@ struct Background {
   std::unique_ptr<ChildProgram> child;
 };
 Background& TheBackground() {
-  alignas(Background) static std::byte storage[sizeof(Background)];
-  static Background* const background = ::new (static_cast<void*>(storage)) Background;
+  static NeverDestroyed<Background> background;
   return *background;
 }
 

@@ -16,6 +16,8 @@
 #include <new>
 #include <utility>
 
+#include "frame/runtime/never_destroyed.h"
+
 namespace Orvix {
 namespace {
 
@@ -31,10 +33,8 @@ struct Unwaited {
   std::vector<pid_t> processes;
 };
 
-// Never destroyed: threads that outlive the end of main may still start programs.
 Unwaited& TheUnwaited() {
-  alignas(Unwaited) static std::byte storage[sizeof(Unwaited)];
-  static Unwaited* const unwaited = ::new (static_cast<void*>(storage)) Unwaited;
+  static NeverDestroyed<Unwaited> unwaited;
   return *unwaited;
 }
 

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 
+#include "frame/runtime/never_destroyed.h"
 #include "orvix/runtime.h"
 #include "orvix/text.h"
 
@@ -65,10 +66,8 @@ struct Holder {
   std::shared_ptr<Display> display;
 };
 
-// Never destroyed: threads that outlive the end of main may still draw.
 Holder& TheHolder() {
-  alignas(Holder) static std::byte storage[sizeof(Holder)];
-  static Holder* const holder = ::new (static_cast<void*>(storage)) Holder;
+  static NeverDestroyed<Holder> holder;
   return *holder;
 }
 

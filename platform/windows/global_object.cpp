@@ -65,39 +65,35 @@ class NativeGlobal final : public LateObject {
   LateOwner<Screen> screen_ = MakeLateObject<Screen>();
 };
 
-// One thread's reference and the host generation that it was fetched under.
-class ThreadGlobal {
- public:
-  ThreadGlobal() = default;
-  ThreadGlobal(const ThreadGlobal&) = delete;
-  ThreadGlobal& operator=(const ThreadGlobal&) = delete;
-  ~ThreadGlobal() { Forget(); }
+// One thread's reference and the host generation that it was fetched under. It
+// has no destructor: those of an application's statics run after the thread's
+// own, and may still ask.
+struct ThreadGlobal {
+  IDispatch* object = nullptr;
+  uint64_t generation = 0;
 
-  [[nodiscard]] IDispatch* Get(uint64_t generation) const { return generation == generation_ ? object_ : nullptr; }
-  void Keep(IDispatch* object, uint64_t generation) {
+  void Keep(IDispatch* kept, uint64_t kept_generation) {
     Forget();
-    object_ = object;
-    generation_ = generation;
+    object = kept;
+    generation = kept_generation;
   }
   void Forget() {
-    generation_ = 0;
+    generation = 0;
     // Taken out first: the last release may run code that comes back here.
-    if (IDispatch* const old = std::exchange(object_, nullptr); old != nullptr) old->Release();
+    if (IDispatch* const old = std::exchange(object, nullptr); old != nullptr) old->Release();
   }
-
- private:
-  IDispatch* object_ = nullptr;
-  uint64_t generation_ = 0;
 };
+constinit thread_local ThreadGlobal thread_global;
 
-ThreadGlobal& TheThreadGlobal() {
-  thread_local ThreadGlobal global;
-  return global;
-}
+struct ReleaseAtThreadEnd {
+  bool armed = false;
+  ~ReleaseAtThreadEnd() { thread_global.Forget(); }
+};
+thread_local ReleaseAtThreadEnd release_at_thread_end;
 
 }  // namespace
 
-void ForgetGlobalObject() noexcept { TheThreadGlobal().Forget(); }
+void ForgetGlobalObject() noexcept { thread_global.Forget(); }
 
 }  // namespace Orvix
 
@@ -105,8 +101,8 @@ HRESULT ORVIX_CALL OxGlobalObject(IDispatch** global) {
   if (global == nullptr) return E_POINTER;
   *global = nullptr;
   return Orvix::AtRuntimeEdge([&] {
-    Orvix::ThreadGlobal& kept = Orvix::TheThreadGlobal();
-    IDispatch* object = kept.Get(Orvix::HostGeneration());
+    Orvix::ThreadGlobal& kept = Orvix::thread_global;
+    IDispatch* object = kept.generation == Orvix::HostGeneration() ? kept.object : nullptr;
     if (object == nullptr) {
       // Table and generation of one moment: an object of a host that leaves
       // meanwhile is kept under that host's generation, and so never again used.
@@ -114,6 +110,7 @@ HRESULT ORVIX_CALL OxGlobalObject(IDispatch** global) {
       object = host.table.GlobalObject != nullptr ? host.table.GlobalObject(host.table.context)
                                                   : Orvix::MakeLateObject<Orvix::NativeGlobal>().release();
       if (object == nullptr) throw Orvix::RuntimeError{91};
+      Orvix::release_at_thread_end.armed = true;
       kept.Keep(object, host.generation);
     }
     object->AddRef();

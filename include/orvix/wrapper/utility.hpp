@@ -3,6 +3,7 @@
 #ifndef ORVIX_WRAPPER_UTILITY_HPP
 #define ORVIX_WRAPPER_UTILITY_HPP
 
+#include <memory>
 #include <optional>
 
 #include "orvix/wrapper/call.hpp"
@@ -175,10 +176,24 @@ class Utility : public Object<_classOrvix> {
   [[nodiscard]] String CreateGUID() const { return Get<String>(&I::CreateGUID); }
 };
 
-// The global object of this thread, made on first use.
+namespace global_detail {
+inline constinit thread_local std::unique_ptr<const Utility>* kept = nullptr;
+struct EndWithThread {
+  std::unique_ptr<const Utility> utility = std::make_unique<const Utility>();
+  EndWithThread() { kept = &utility; }
+  ~EndWithThread() { kept = nullptr; }
+};
+}  // namespace global_detail
+
+// The global object of this thread, made on first use. Destructors of static
+// objects, which run after the main thread's own end, get one that stays.
 inline const Utility& Global() {
-  thread_local const Utility global;
-  return global;
+  thread_local const global_detail::EndWithThread global;
+  if (global_detail::kept == nullptr) {
+    static const Utility& last = *std::make_unique<const Utility>().release();
+    return last;
+  }
+  return **global_detail::kept;
 }
 
 }  // namespace Orvix
