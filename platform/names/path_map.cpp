@@ -1,7 +1,7 @@
 // Resolution of names: splitting, ".." and the walk down from the root.
 #include "platform/names/path_map.h"
 
-#include <dirent.h>
+#include <fcntl.h>
 #include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,14 +9,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
 
 #include "frame/runtime/runtime_error.h"
-#include "platform/names/case_fold.h"
 #include "platform/names/drive_map.h"
+#include "platform/names/other_spelling.h"
 
 namespace Orvix {
 
@@ -107,43 +106,6 @@ bool IsThere(const std::string& path) {
   return lstat(path.c_str(), &ignored) == 0;
 }
 
-struct DirectoryCloser {
-  void operator()(DIR* directory) const { closedir(directory); }
-};
-
-char LowerAscii(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte; }
-
-bool IsAscii(std::string_view bytes) {
-  return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<signed char>(byte) >= 0; });
-}
-
-bool EqualNativeNames(std::string_view a, std::string_view b) {
-  if (!IsAscii(a) || !IsAscii(b)) return EqualNames(FromUtf8(a), FromUtf8(b));
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
-}
-
-// False when no other spelling of `component` can exist.
-bool HasCase(std::string_view component) {
-  return std::any_of(component.begin(), component.end(), [](char byte) {
-    return static_cast<signed char>(byte) < 0 || (LowerAscii(byte) >= 'a' && LowerAscii(byte) <= 'z');
-  });
-}
-
-// The entry of `directory` that is `component` in another case; of several the
-// lowest by bytes, so that the answer is stable. Empty when there is none.
-std::string OtherCase(const std::string& directory, std::string_view component) {
-  std::string found;
-  if (!HasCase(component)) return found;
-  const std::unique_ptr<DIR, DirectoryCloser> entries(opendir(directory.c_str()));
-  if (entries == nullptr) return found;
-  while (const dirent* entry = readdir(entries.get())) {
-    const std::string_view name = entry->d_name;
-    if (EqualNativeNames(name, component) && (found.empty() || name < found)) found = name;
-  }
-  return found;
-}
-
 // Looks one component up in `directory` (with its "/", or empty): the spelling
 // on disk, or empty when it is not there. `*unknown` when that cannot be told,
 // so that the call that uses the name shall say why.
@@ -151,17 +113,32 @@ std::string LookUp(const std::string& directory, const std::string& component, b
   if (IsThere(directory + component)) return component;
   *unknown = errno != ENOENT;
   if (*unknown) return {};
-  return OtherCase(directory.empty() ? "." : directory, component);
+  // Of several the lowest by bytes, so that the answer is stable.
+  std::vector<std::string> others = OtherSpellings(AT_FDCWD, directory.empty() ? "." : directory.c_str(), component);
+  return others.empty() ? std::string() : std::move(others.front());
 }
 
 std::string WithoutDotsAndSpaces(const std::string& component) {
   return component.substr(0, component.find_last_not_of(". ") + 1);
 }
 
-// Walks down from the root, component by component.
-NativeName Walk(const SplitName& split) {
+// The path of the first `count` components as they are given.
+std::string Beginning(const SplitName& split, std::size_t count) {
   std::string path = split.base;
-  for (std::size_t i = 0; i < split.components.size(); ++i) {
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!path.empty() || !split.relative) path += '/';
+    path += split.components[i];
+  }
+  return path;
+}
+
+// Walks down component by component, from the deepest directory that is there
+// as it is given.
+NativeName Walk(const SplitName& split) {
+  std::size_t start = split.components.size() - 1;
+  while (start > 0 && !IsThere(Beginning(split, start))) --start;
+  std::string path = Beginning(split, start);
+  for (std::size_t i = start; i < split.components.size(); ++i) {
     const std::string& component = split.components[i];
     const std::string directory = path.empty() && split.relative ? "" : path + "/";
     bool unknown = false;

@@ -116,7 +116,11 @@ TEST_F(PathMapTest, SharesIgnoreCase) {
   EXPECT_EQ(Native(u"//server/SHARE"), directory_.Native("share"));
   EXPECT_EQ(Native(u"\\\\server\\share\\..\\..\\x"), directory_.Native("share/x"));
   EXPECT_EQ(Native(u"\\\\server\\shar\\x"), "error 76");
-  EXPECT_EQ(Search(u"\\\\server\\share", 18), ".|..|");
+  // A share's name is its directory, as any other directory's; a separator asks for what is in it.
+  directory_.Write("share/file", "");
+  EXPECT_EQ(Search(u"\\\\server\\share", 18), "share|");
+  EXPECT_EQ(Search(u"\\\\server\\share", 14), "");
+  EXPECT_EQ(Search(u"\\\\server\\share\\", 18), ".|..|file|");
   EXPECT_EQ(OxMapShare(u"\\\\Server\\Share", nullptr), S_OK);
   EXPECT_EQ(Native(u"\\\\Server\\Share\\x"), "error 76");
   for (const char16_t* bad : {u"", u"\\Server\\Share", u"\\\\Server", u"\\\\Server\\", u"\\\\a\\b\\c"}) {
