@@ -15,35 +15,26 @@ struct Opening {
   LONG access;
   LONG share;
 };
-inline constexpr Opening kTextOutput{kOxModeOutput, kOxAccessDefault, kOxShareDefault};
-inline constexpr Opening kSharedTextOutput{kOxModeOutput, kOxAccessWrite, kOxShareShared};
+inline constexpr Opening kNewOutput{kOxModeNew, kOxAccessDefault, kOxShareDefault};
+inline constexpr Opening kStore{kOxModeStore, kOxAccessWrite, kOxShareShared};
 inline constexpr Opening kSharedBinaryRead{kOxModeBinary, kOxAccessRead, kOxShareShared};
-inline constexpr Opening kSharedBinaryOutput{kOxModeBinary, kOxAccessWrite, kOxShareShared};
 inline constexpr Opening kBinaryRead{kOxModeBinary, kOxAccessRead, kOxShareDefault};
 inline constexpr Opening kBinaryWrite{kOxModeBinary, kOxAccessWrite, kOxShareDefault};
 
-// The lowest unused number. Error 67 when there is none.
-[[nodiscard]] inline SHORT FreeFileNumber() {
+// Error 67 when no number is unused. Asking does not reserve one.
+inline void CheckFreeFileNumber() {
   SHORT number = 0;
   CheckRuntime(OxFreeFile(&number));
-  return number;
 }
 
-// Opens `name` under `number`. Asking for a free number does not reserve it: when
-// another thread has taken it meanwhile, the next free one is used and written to
-// `number`.
-inline void OpenUnder(SHORT& number, TextView name, const Opening& opening) {
+// Opens `name` under the lowest unused number, which it returns.
+[[nodiscard]] inline SHORT OpenFree(TextView name, const Opening& opening) {
   // The runtime's names end at their first NUL.
   if (name.find(u'\0') != TextView::npos) RaiseRuntimeError(kBadFileName);
   const Text terminated(name);
-  for (;;) {
-    const HRESULT result = OxOpenFile(terminated.c_str(), number, opening.mode, opening.access, opening.share);
-    if (SUCCEEDED(result)) return;
-    constexpr LONG kAlreadyOpen = 55;
-    const SHORT next = OxErrorNumber(result) == kAlreadyOpen ? FreeFileNumber() : number;
-    if (next == number) RaiseFailure(result);
-    number = next;
-  }
+  SHORT number = 0;
+  CheckRuntime(OxOpenFreeFile(terminated.c_str(), &number, opening.mode, opening.access, opening.share));
+  return number;
 }
 
 }  // namespace Orvix::component

@@ -13,7 +13,7 @@ namespace Orvix::component {
 namespace {
 
 constexpr TextView kGetFileSource = u"classFile.GetFile";  // a class of that name does not exist; callers compare it
-constexpr LONG kDeviceError = 57;
+constexpr LONG kAlreadyExists = 58;
 
 // The last `count` units; the whole text when it has no more.
 TextView Right(TextView text, LONG count) {
@@ -22,34 +22,27 @@ TextView Right(TextView text, LONG count) {
   return wanted >= text.size() ? text : text.substr(text.size() - wanted);
 }
 
-// Reads `size` bytes from the start into `text`, one unit a byte. False when the
-// file has by now another length.
-bool ReadWhole(SHORT number, BSTR text, LONG size) {
+// Reads `size` bytes from the start into `text`, one unit a byte. What the file
+// does not have any more stays spaces.
+void ReadInto(SHORT number, BSTR text, LONG size) {
   constexpr LONG kChunk = 1 << 18;
   std::vector<char> bytes(static_cast<std::size_t>(std::clamp(size, LONG{1}, kChunk)));
   CheckRuntime(OxSeekFile(number, 1));
-  for (LONG done = 0; done < size;) {
-    const LONG wanted = std::min(size - done, static_cast<LONG>(bytes.size()));
-    LONG got = 0;
-    CheckRuntime(OxGetFile(number, bytes.data(), wanted, &got));
-    if (got < wanted) return false;
-    MultiByteToWideChar(CP_ACP, 0, bytes.data(), got, text + done, got);
-    done += got;
+  LONG done = 0;
+  for (LONG got = 1; done < size && got > 0; done += got) {
+    CheckRuntime(OxGetFile(number, bytes.data(), std::min(size - done, static_cast<LONG>(bytes.size())), &got));
+    if (got > 0) MultiByteToWideChar(CP_ACP, 0, bytes.data(), got, text + done, got);
   }
-  LONG beyond = 0;
-  CheckRuntime(OxGetFile(number, bytes.data(), 1, &beyond));
-  return beyond == 0;
+  std::fill(text + done, text + size, u' ');
 }
 
 // A text holds 2^31 - 1 bytes at most, and lengths beyond wrap: such a file still
-// has bytes there.
-void RefuseOversized(SHORT number) {
+// has bytes there. Generated files, which have no such place, are not.
+bool IsOversized(SHORT number) {
   constexpr LONG kLastPosition = 2147483647;
   char two[2];
   LONG got = 0;
-  CheckRuntime(OxSeekFile(number, kLastPosition));
-  CheckRuntime(OxGetFile(number, two, 2, &got));
-  if (got == 2) RaiseRuntimeError(kOutOfMemory);
+  return SUCCEEDED(OxSeekFile(number, kLastPosition)) && SUCCEEDED(OxGetFile(number, two, 2, &got)) && got == 2;
 }
 
 }  // namespace
@@ -69,26 +62,19 @@ BstrHandle classFilename::GetFile() {
     if (!Exists()) {
       RaiseLibraryError(errGetFileNotFound, kGetFileSource, u"File does not exist. " + CompleteFilename());
     }
-    SHORT number = FreeFileNumber();
-    LONG size = FileSize();
+    CheckFreeFileNumber();
+    const LONG size = FileSize();
     if (size < 0) RaiseRuntimeError(kOutOfMemory);
+    BstrHandle text;
+    *text.Receive() = SysAllocStringLen(nullptr, static_cast<UINT>(size));
+    if (text.get() == nullptr) throw std::bad_alloc();
     // For reading only: a file that has gone since the test is a failure, and is not
     // made again.
-    OpenUnder(number, CompleteFilename(), kSharedBinaryRead);
-    RefuseOversized(number);
-    // A file that changes under the reading is read again, whole, a few times.
-    for (int attempt = 0; attempt < 4; ++attempt) {
-      BstrHandle text;
-      *text.Receive() = SysAllocStringLen(nullptr, static_cast<UINT>(size));
-      if (text.get() == nullptr) throw std::bad_alloc();
-      if (ReadWhole(number, text.get(), size)) {
-        CheckRuntime(OxCloseFile(number));
-        return text;
-      }
-      CheckRuntime(OxFileLength(number, &size));
-      if (size < 0) RaiseRuntimeError(kOutOfMemory);
-    }
-    RaiseRuntimeError(kDeviceError);
+    const SHORT number = OpenFree(CompleteFilename(), kSharedBinaryRead);
+    if (IsOversized(number)) RaiseRuntimeError(kOutOfMemory);
+    ReadInto(number, text.get(), size);
+    CheckRuntime(OxCloseFile(number));
+    return text;
   });
 }
 
@@ -96,13 +82,17 @@ void classFilename::CreateFile(OptionalText data) {
   TranslateTo(errFileAccess, kGetFileSource, [&] {
     if (Exists()) return;
     Utility().MakeDir(Path());
-    SHORT number = FreeFileNumber();
-    OpenUnder(number, CompleteFilename(), kTextOutput);
-    if (!data.value.empty()) {
-      const BstrHandle text(data.value);
-      CheckRuntime(OxPrintFile(number, text.get()));
+    CheckFreeFileNumber();
+    const BstrHandle text(data.value);
+    try {
+      const SHORT number = OpenFree(CompleteFilename(), kNewOutput);
+      if (!data.value.empty()) CheckRuntime(OxPrintFile(number, text.get()));
+      CheckRuntime(OxCloseFile(number));
+    } catch (const Error& error) {
+      // Made by somebody else since the test, or there though it could not be looked
+      // at: an existing file is left alone.
+      if (error.number() != kAlreadyExists) throw;
     }
-    CheckRuntime(OxCloseFile(number));
   });
 }
 
@@ -144,11 +134,10 @@ Variant classFilename::DateTime() const {
 }
 
 bool classFilename::CanOpen(const Opening& opening) {
-  SHORT number = FreeFileNumber();  // running out of numbers is the caller's to know
+  CheckFreeFileNumber();  // running out of numbers is the caller's to know
   return FallBackSilently(false, [&] {
     if (!Exists()) return false;
-    OpenUnder(number, CompleteFilename(), opening);
-    CheckRuntime(OxCloseFile(number));
+    CheckRuntime(OxCloseFile(OpenFree(CompleteFilename(), opening)));
     return true;
   });
 }

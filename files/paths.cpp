@@ -14,9 +14,10 @@ constexpr LONG kDirectoriesAndHidden = kOxAttributeDirectory | kOxAttributeHidde
 constexpr LONG kAnyFile = kOxAttributeHidden | kOxAttributeSystem | kOxAttributeVolume;
 
 bool AnyEntryMatches(TextView pattern, LONG mask) {
-  DirectorySearch search(pattern, mask);
-  OxEntry entry{};
-  return search.Next(entry) && entry.nameLength > 0;
+  const BstrHandle text(pattern);
+  VARIANT_BOOL exists = VARIANT_FALSE;
+  CheckRuntime(OxEntryExists(text.get(), mask, &exists));
+  return exists != VARIANT_FALSE;
 }
 
 }  // namespace

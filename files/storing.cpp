@@ -33,22 +33,19 @@ Bytes BytesOf(SAFEARRAY* array) {
 }  // namespace
 
 void classOrvix::StoreData(_classFilename* filename, TextVariable data) {
-  SHORT number = FreeFileNumber();
+  CheckFreeFileNumber();
   MakeDir(TextFrom(filename, &_classFilename::get_Path));
-  OpenUnder(number, TextFrom(filename, &_classFilename::get_CompleteFilename), kSharedTextOutput);
+  const SHORT number = OpenFree(TextFrom(filename, &_classFilename::get_CompleteFilename), kStore);
   CheckRuntime(OxPrintFile(number, data.get()));
   CheckRuntime(OxCloseFile(number));
 }
 
 void classOrvix::StoreBinaryData(_classFilename* filename, ArrayVariable<BYTE> data) {
   BytesOf(data.get());  // an array that cannot be stored must not empty the file
-  SHORT number = FreeFileNumber();
+  CheckFreeFileNumber();
   MakeDir(TextFrom(filename, &_classFilename::get_Path));
-  const Text name = TextFrom(filename, &_classFilename::get_CompleteFilename);
-  OpenUnder(number, name, kSharedTextOutput);
+  const SHORT number = OpenFree(TextFrom(filename, &_classFilename::get_CompleteFilename), kStore);
   CheckRuntime(OxPrintFile(number, nullptr));
-  CheckRuntime(OxCloseFile(number));
-  OpenUnder(number, name, kSharedBinaryOutput);
   const Bytes bytes = BytesOf(data.get());
   if (bytes.count > 0) CheckRuntime(OxPutFile(number, bytes.data, bytes.count));
   CheckRuntime(OxCloseFile(number));

@@ -126,13 +126,13 @@ void Collector::Sort() {
 bool HasWildcards(TextView text) { return text.find_first_of(u"*?") != TextView::npos; }
 
 // Where the name part of a pattern begins: after the last separator or the drive
-// colon; at the end of a share's own name, which is a root.
+// colon; at the end of a server's own name, which holds nothing.
 std::size_t StartOfName(TextView pattern) {
   const auto is_separator = [](char16_t unit) { return unit == u'\\' || unit == u'/'; };
   if (pattern.size() >= 2 && is_separator(pattern[0]) && is_separator(pattern[1])) {
     const std::size_t server = pattern.find_first_not_of(u"\\/");
     const std::size_t share = pattern.find_first_not_of(u"\\/", pattern.find_first_of(u"\\/", server));
-    if (share == TextView::npos || pattern.find_first_of(u"\\/", share) == TextView::npos) return pattern.size();
+    if (share == TextView::npos) return pattern.size();
   }
   if (const std::size_t last = pattern.find_last_of(u"\\/"); last != TextView::npos) return last + 1;
   const bool drive = pattern.size() >= 2 && pattern[1] == u':' && pattern[0] < 0x80 &&
@@ -181,7 +181,30 @@ void RunSearch(TextView pattern, LONG mask, OxSearch& search) {
   }
 }
 
+// Whether a pattern stands for all entries of a directory, its "." included.
+bool FindsItsOwnDirectory(TextView last, LONG mask) {
+  return (mask & kOxAttributeDirectory) != 0 && (last.empty() || last == u"*" || last == u"*.*");
+}
+
+bool AnyMatches(TextView pattern, LONG mask) {
+  const std::size_t start = StartOfName(pattern);
+  const TextView directory = pattern.substr(0, start);
+  if (!HasWildcards(directory) && FindsItsOwnDirectory(pattern.substr(start), mask)) {
+    const LONG attributes = NativeFiles().Facts(directory.empty() ? u".\\" : directory).attributes;
+    return (attributes & kOxAttributeDirectory) != 0;
+  }
+  OxSearch search;
+  RunSearch(pattern, mask, search);
+  return !search.order.empty();
+}
+
 }  // namespace
+
+HRESULT ORVIX_CALL OxEntryExists(BSTR pattern, LONG mask, VARIANT_BOOL* exists) {
+  if (exists == nullptr) return E_POINTER;
+  *exists = VARIANT_FALSE;
+  return AtRuntimeEdge([&] { *exists = AnyMatches(ViewOf(pattern), mask) ? VARIANT_TRUE : VARIANT_FALSE; });
+}
 
 HRESULT ORVIX_CALL OxStartSearch(BSTR pattern, LONG mask, OxSearch** search) {
   if (search == nullptr) return E_POINTER;

@@ -22,7 +22,7 @@ constexpr LONG kAlreadyOpen = 55;
 constexpr LONG kBadPosition = 63;
 constexpr LONG kTooManyFiles = 67;
 
-constexpr std::size_t kPrintPiece = 65536;  // units
+constexpr std::size_t kPrintPiece = 16384;  // units
 
 constexpr SHORT kLastNumber = 511;
 constexpr SHORT kLastFreeNumber = 255;
@@ -38,7 +38,8 @@ class NumberedFile {
   void Use(LONG mode, Body&& body) {
     const std::lock_guard guard(mutex_);
     if (file_ == nullptr) throw RuntimeError{kBadNumber};  // closed since it was looked up
-    if (mode != 0 && mode != mode_) throw RuntimeError{kBadMode};
+    const bool takes_both = mode_ == kOxModeStore || mode_ == kOxModeNew;
+    if (mode != 0 && mode != mode_ && !takes_both) throw RuntimeError{kBadMode};
     body(*file_);
   }
 
@@ -57,17 +58,16 @@ class FileTable {
  public:
   SHORT LowestUnused() {
     const std::lock_guard guard(mutex_);
-    for (SHORT number = 1; number <= kLastFreeNumber; ++number) {
-      if (!SlotOf(number).taken) return number;
-    }
-    throw RuntimeError{kTooManyFiles};
+    return LowestUnusedNow();
   }
 
-  // The number is taken before the file is opened, outside the mutex.
-  void Open(TextView name, SHORT number, const OpenRequest& request) {
-    if (!IsNumber(number)) throw RuntimeError{kBadNumber};
+  // The number (the lowest unused one for 0) is taken before the file is opened,
+  // outside the mutex.
+  SHORT Open(TextView name, SHORT number, const OpenRequest& request) {
+    if (number != 0 && !IsNumber(number)) throw RuntimeError{kBadNumber};
     {
       const std::lock_guard guard(mutex_);
+      if (number == 0) number = LowestUnusedNow();
       if (std::exchange(SlotOf(number).taken, true)) throw RuntimeError{kAlreadyOpen};
     }
     std::shared_ptr<NumberedFile> file;
@@ -80,6 +80,7 @@ class FileTable {
     }
     const std::lock_guard guard(mutex_);
     SlotOf(number).file = std::move(file);
+    return number;
   }
 
   std::shared_ptr<NumberedFile> At(SHORT number) {
@@ -123,6 +124,13 @@ class FileTable {
     }
   };
 
+  SHORT LowestUnusedNow() {
+    for (SHORT number = 1; number <= kLastFreeNumber; ++number) {
+      if (!SlotOf(number).taken) return number;
+    }
+    throw RuntimeError{kTooManyFiles};
+  }
+
   static bool IsNumber(SHORT number) { return number >= 1 && number <= kLastNumber; }
   Slot& SlotOf(SHORT number) { return slots_[static_cast<std::size_t>(number)]; }
 
@@ -133,6 +141,16 @@ class FileTable {
 FileTable& TheTable() {
   static NeverDestroyed<FileTable> table;
   return *table;
+}
+
+SHORT OpenUnder(const OLECHAR* name, SHORT number, LONG mode, LONG access, LONG share) {
+  const bool known = mode == kOxModeOutput || mode == kOxModeBinary || mode == kOxModeStore || mode == kOxModeNew;
+  if (!known) throw RuntimeError{kInvalidCall};
+  if (access < kOxAccessDefault || access > kOxAccessReadWrite) throw RuntimeError{kInvalidCall};
+  if (mode != kOxModeBinary && access == kOxAccessRead) throw RuntimeError{kInvalidCall};
+  if (share != kOxShareDefault && share != kOxShareShared) throw RuntimeError{kInvalidCall};
+  const TextView text = name == nullptr ? TextView{} : TextView{name};
+  return TheTable().Open(text, number, {mode, access, share == kOxShareShared});
 }
 
 }  // namespace
@@ -146,13 +164,15 @@ HRESULT ORVIX_CALL OxFreeFile(SHORT* number) {
 // A null name is the empty one.
 HRESULT ORVIX_CALL OxOpenFile(const OLECHAR* name, SHORT number, LONG mode, LONG access, LONG share) {
   return AtRuntimeEdge([&] {
-    if (mode != kOxModeOutput && mode != kOxModeBinary) throw RuntimeError{kInvalidCall};
-    if (access < kOxAccessDefault || access > kOxAccessReadWrite) throw RuntimeError{kInvalidCall};
-    if (mode == kOxModeOutput && access == kOxAccessRead) throw RuntimeError{kInvalidCall};
-    if (share != kOxShareDefault && share != kOxShareShared) throw RuntimeError{kInvalidCall};
-    const TextView text = name == nullptr ? TextView{} : TextView{name};
-    TheTable().Open(text, number, {mode, access, share == kOxShareShared});
+    if (number == 0) throw RuntimeError{kBadNumber};
+    OpenUnder(name, number, mode, access, share);
   });
+}
+
+HRESULT ORVIX_CALL OxOpenFreeFile(const OLECHAR* name, SHORT* number, LONG mode, LONG access, LONG share) {
+  if (number == nullptr) return E_POINTER;
+  *number = 0;
+  return AtRuntimeEdge([&] { *number = OpenUnder(name, 0, mode, access, share); });
 }
 
 HRESULT ORVIX_CALL OxCloseFile(SHORT number) {
@@ -202,9 +222,11 @@ HRESULT ORVIX_CALL OxPrintFile(SHORT number, BSTR text) {
   return AtRuntimeEdge([&] {
     TheTable().At(number)->Use(kOxModeOutput, [&](OpenedFile& file) {
       // In pieces that stay in the processor's cache.
+      std::array<char, kPrintPiece> bytes;
       for (TextView rest = ViewOf(text); !rest.empty(); rest.remove_prefix(std::min(kPrintPiece, rest.size()))) {
-        const std::string bytes = NativeFiles().ToAnsi(rest.substr(0, kPrintPiece));
-        file.Write(bytes.data(), bytes.size());
+        const TextView piece = rest.substr(0, kPrintPiece);
+        NativeFiles().ToAnsi(piece, bytes.data());
+        file.Write(bytes.data(), piece.size());
       }
     });
   });

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 
 #include "orvix/runtime.h"
 #include "orvix/text.h"
@@ -32,7 +31,7 @@ class OpenedFile {
 };
 
 struct OpenRequest {
-  LONG mode;    // kOxModeOutput or kOxModeBinary
+  LONG mode;    // kOxMode...
   LONG access;  // kOxAccess...
   bool shared;  // other processes may open the file too
 };
@@ -64,8 +63,8 @@ class FileService {
 
   // Appends the form that all spellings of a name share, unit for unit.
   virtual void AppendFolded(TextView name, Text& folded) = 0;
-  // The bytes that sequential print writes.
-  virtual std::string ToAnsi(TextView text) = 0;
+  // The bytes that sequential print writes, one a unit, into a buffer of that size.
+  virtual void ToAnsi(TextView text, char* bytes) noexcept = 0;
 };
 
 // The file system of this machine.

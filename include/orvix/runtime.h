@@ -23,6 +23,14 @@ ORVIX_API HRESULT ORVIX_CALL OxErrorDescription(LONG number, BSTR* description);
 
 inline constexpr LONG kOxModeOutput = 1;  // sequential text, creates or empties
 inline constexpr LONG kOxModeBinary = 2;  // creates when missing, never empties
+// Output, by print and put, that becomes the file's content as a whole when its
+// number is closed: until then, and after a failed transfer or the end of the
+// process, what was there stays. Where a file cannot be replaced so (it is no
+// plain file, has several links, its directory refuses) it is emptied at once.
+inline constexpr LONG kOxModeStore = 0x101;
+// The same for a file that must not be there: error 58 when it is, also at the
+// closing when somebody else was first.
+inline constexpr LONG kOxModeNew = 0x102;
 inline constexpr LONG kOxAccessDefault = 0;
 inline constexpr LONG kOxAccessRead = 1;
 inline constexpr LONG kOxAccessWrite = 2;
@@ -36,6 +44,10 @@ ORVIX_API HRESULT ORVIX_CALL OxFreeFile(SHORT* number);
 // Opens `name` under a number from 1 to 511. Errors: 52 number or name, 53 not
 // found, 55 number in use or file open for output, 61, 67, 70 locked, 75, 76.
 ORVIX_API HRESULT ORVIX_CALL OxOpenFile(const OLECHAR* name, SHORT number, LONG mode, LONG access, LONG share);
+// Takes the lowest unused number and opens under it in one step, so that no other
+// thread can be given the same one. `number` gets it, 0 after a failure: 67 when
+// there is none, else as `OxOpenFile`.
+ORVIX_API HRESULT ORVIX_CALL OxOpenFreeFile(const OLECHAR* name, SHORT* number, LONG mode, LONG access, LONG share);
 // Closing a number that is not open is no error.
 ORVIX_API HRESULT ORVIX_CALL OxCloseFile(SHORT number);
 // Binary transfer at the current position, which advances. Error 54 when the
@@ -83,6 +95,10 @@ struct OxFileFacts {
   DATE modified;
 };
 struct OxSearch;  // a snapshot of the entries that matched
+
+// Whether a search would give an entry; `exists` is -1 or 0. One status call but
+// for patterns with wildcards: "dir\" has its own "." whatever it holds.
+ORVIX_API HRESULT ORVIX_CALL OxEntryExists(BSTR pattern, LONG mask, VARIANT_BOOL* exists);
 
 // Entries that match the pattern ("*" and "?" in its last component, without
 // regard to case) and whose hidden, system and directory bits are all in

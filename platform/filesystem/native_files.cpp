@@ -139,7 +139,8 @@ class NativeFileService : public FileService {
     if (error == ELOOP) return false;  // a link that leads nowhere
     if (error == ENOENT) return false;
     if (error != 0) FailExisting(error, native);
-    spelling = FromUtf8(LastComponent(native.path));
+    // A share's root is called as the caller calls it, whatever directory that is.
+    spelling = native.is_root ? Text(name.substr(name.find_last_of(u"\\/") + 1)) : FromUtf8(LastComponent(native.path));
     found = FactsOf(native, facts);
     return true;
   }
@@ -168,7 +169,7 @@ class NativeFileService : public FileService {
   }
 
   void AppendFolded(TextView name, Text& folded) override { Orvix::AppendFolded(name, folded); }
-  std::string ToAnsi(TextView text) override { return Orvix::ToAnsi(text); }
+  void ToAnsi(TextView text, char* bytes) noexcept override { Orvix::ToAnsi(text, bytes, '?'); }
 };
 
 }  // namespace

@@ -13,7 +13,9 @@
 #include "frame/runtime/runtime_error.h"
 #include "platform/filesystem/errno_numbers.h"
 #include "platform/filesystem/open_files.h"
+#include "platform/filesystem/stored_file.h"
 #include "platform/names/path_map.h"
+#include "platform/system/quiet_signals.h"
 
 namespace Orvix {
 
@@ -74,13 +76,7 @@ class NativeFile : public OpenedFile {
 
   void Write(const void* bytes, std::size_t count) override {
     if (!writable_) throw RuntimeError{kPathFileAccess};
-    std::size_t done = 0;
-    while (done < count) {
-      const ssize_t put =
-          Retried([&] { return write(descriptor_.get(), static_cast<const char*>(bytes) + done, count - done); });
-      if (put <= 0) FailWithErrno(put < 0 ? errno : ENOSPC, FileTask::kTransfer);
-      done += static_cast<std::size_t>(put);
-    }
+    WriteAll(descriptor_.get(), bytes, count);
   }
 
   void SeekTo(std::uint64_t offset) override {
@@ -160,28 +156,48 @@ void ClearNonBlocking(int descriptor) {
 
 }  // namespace
 
+void WriteAll(int descriptor, const void* bytes, std::size_t count) {
+  QuietSignals quiet;
+  for (std::size_t done = 0; done < count;) {
+    const ssize_t put =
+        Retried([&] { return write(descriptor, static_cast<const char*>(bytes) + done, count - done); });
+    if (put <= 0) {
+      const int error = put < 0 ? errno : ENOSPC;
+      quiet.Failed(error);
+      FailWithErrno(error, FileTask::kTransfer);
+    }
+    done += static_cast<std::size_t>(put);
+  }
+}
+
 std::unique_ptr<OpenedFile> OpenNativeFile(TextView name, const OpenRequest& request) {
+  const NativeName native = ResolveName(name);
+  if (request.mode == kOxModeStore || request.mode == kOxModeNew) return OpenStoredFile(native, request);
+  return OpenResolved(native, request, /*empties=*/request.mode == kOxModeOutput);
+}
+
+std::unique_ptr<OpenedFile> OpenResolved(const NativeName& name, const OpenRequest& request, bool empties) {
   // The lock takes a descriptor of its own: where there is no room for it, no
   // empty file shall be left behind.
   Descriptor room(Retried([] { return open("/", O_PATH | O_CLOEXEC); }));
   if (room.get() < 0) FailWithErrno(errno, FileTask::kCreate);
-  auto [descriptor, flags] = OpenByRequest(ResolveName(name), request);
+  auto [descriptor, flags] = OpenByRequest(name, request);
   struct stat facts;
   if (fstat(descriptor.get(), &facts) != 0) FailWithErrno(errno, FileTask::kExisting);
   if (S_ISDIR(facts.st_mode)) throw RuntimeError{kPathFileAccess};
   const bool regular = S_ISREG(facts.st_mode);
   bool writable = flags != O_RDONLY;
   if (writable && regular && (facts.st_mode & 0222) == 0) {
-    if (request.mode == kOxModeOutput || request.access != kOxAccessDefault) throw RuntimeError{kPathFileAccess};
+    if (request.mode != kOxModeBinary || request.access != kOxAccessDefault) throw RuntimeError{kPathFileAccess};
     writable = false;
   }
   if (!regular) ClearNonBlocking(descriptor.get());
   auto file = std::make_unique<NativeFile>(std::move(descriptor), flags != O_WRONLY, writable);
   if (!regular) return file;
-  const bool output = request.mode == kOxModeOutput;
+  const bool output = request.mode != kOxModeBinary;
   close(room.Release());
   file->Mark(facts, output, !request.shared);
-  if (output && Retried([&] { return ftruncate(file->number(), 0); }) != 0) FailWithErrno(errno, FileTask::kCreate);
+  if (empties && Retried([&] { return ftruncate(file->number(), 0); }) != 0) FailWithErrno(errno, FileTask::kCreate);
   return file;
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "frame/runtime/file_service.h"
+#include "platform/names/path_map.h"
 
 namespace Orvix {
 
@@ -14,6 +15,14 @@ namespace Orvix {
 // whatever the user's rights, and keeps its content. Errors: 52, 53, 55, 61, 67,
 // 70, 75, 76.
 [[nodiscard]] std::unique_ptr<OpenedFile> OpenNativeFile(TextView name, const OpenRequest& request);
+
+// The same for a name that was looked up; whether what was there goes at once.
+[[nodiscard]] std::unique_ptr<OpenedFile> OpenResolved(const NativeName& name, const OpenRequest& request,
+                                                       bool empties);
+
+// Writes all or fails (61, 57, 70). A reader that is gone, or the process's limit
+// on file sizes, is a failure and no signal.
+void WriteAll(int descriptor, const void* bytes, std::size_t count);
 
 }  // namespace Orvix
 

@@ -182,16 +182,14 @@ bool TreeCopier::CopyFile(const Route& route, CopiedEntry* copied) {
   if (copied != nullptr) copied->facts = facts;
   const bool placed = Place(route, [&](Staged& staged) {
     const mode_t modes = facts.st_mode & kCopiedModes;
-    Descriptor out = staged.MakeFile(modes & 0777);
-    content_.Copy(in.get(), facts, out.get(), *from_path_);
+    const int out = staged.MakeFile(modes & 0777);
+    content_.Copy(in.get(), facts, out, *from_path_);
     const timespec times[2] = {facts.st_atim, facts.st_mtim};
     // What the mask took from the file, it gets back.
-    if ((modes & (mask_ | ~mode_t{0777})) != 0 && fchmod(out.get(), modes) != 0 && errno != EPERM &&
-        errno != EOPNOTSUPP) {
+    if ((modes & (mask_ | ~mode_t{0777})) != 0 && fchmod(out, modes) != 0 && errno != EPERM && errno != EOPNOTSUPP) {
       Fail(errno, Side::kTarget);
     }
-    if (futimens(out.get(), times) != 0 && errno != EPERM && errno != EOPNOTSUPP) Fail(errno, Side::kTarget);
-    if (const int error = out.Close(); error != 0) Fail(error, Side::kTarget);
+    if (futimens(out, times) != 0 && errno != EPERM && errno != EOPNOTSUPP) Fail(errno, Side::kTarget);
   });
   operation_.progress.ItemDone(*from_path_);
   return placed;

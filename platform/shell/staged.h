@@ -1,42 +1,46 @@
-// A new entry under a temporary name in its own directory: it gets its name in
-// one step when it is whole, and goes away when that does not come about.
+// A new entry of a copy: a staged file whose failures are the service's.
 #ifndef ORVIX_PLATFORM_SHELL_STAGED_H
 #define ORVIX_PLATFORM_SHELL_STAGED_H
 
-#include <string>
+#include <cerrno>
 
-#include "platform/shell/descriptor.h"
+#include "platform/filesystem/staged_file.h"
+#include "platform/shell/results.h"
 
 namespace Orvix::Shell {
-
-// Renames without ever replacing: an errno value, EEXIST when the name is taken.
-[[nodiscard]] int RenameToFreeName(int from, const char* name, int to, const char* to_name) noexcept;
 
 class Staged {
  public:
   // `directory` stays open as long as this.
-  explicit Staged(int directory) : directory_(directory) {}
-  Staged(const Staged&) = delete;
-  Staged& operator=(const Staged&) = delete;
-  ~Staged();
+  explicit Staged(int directory) : staged_(directory) {}
 
-  // One of these, once. The process's mask applies to the modes of a file.
-  [[nodiscard]] Descriptor MakeFile(mode_t mode);
-  void MakeLink(const char* content);
-  void MakeSpecial(mode_t mode, dev_t device);
+  // One of these, once. The process's mask applies to the modes of a file; its
+  // descriptor is this object's.
+  int MakeFile(mode_t mode) {
+    Check(staged_.MakeFile(mode));
+    return staged_.descriptor();
+  }
+  void MakeLink(const char* content) { Check(staged_.MakeLink(content)); }
+  void MakeSpecial(mode_t mode, dev_t device) { Check(staged_.MakeSpecial(mode, device)); }
 
-  [[nodiscard]] const char* name() const { return name_.c_str(); }
+  [[nodiscard]] const char* name() const { return staged_.name(); }
 
   // Gives the entry its name. False when `replace` is not set and the name is
   // taken: the entry then waits for another call.
-  [[nodiscard]] bool Commit(const char* name, bool replace);
+  [[nodiscard]] bool Commit(const char* name, bool replace) {
+    const int error = staged_.Commit(name, replace);
+    if (error == EEXIST && !replace) return false;
+    Check(error);
+    Check(staged_.Close());
+    return true;
+  }
 
  private:
-  template <class Make>
-  void Create(Make&& make);
+  static void Check(int error) {
+    if (error != 0) Fail(error, Side::kTarget);
+  }
 
-  int directory_;
-  std::string name_;  // empty: nothing to take away
+  StagedFile staged_;
 };
 
 }  // namespace Orvix::Shell
