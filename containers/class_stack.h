@@ -21,6 +21,10 @@ class classStack {
   [[nodiscard]] Variant Peek(LongOr<0> offset) const;
   [[nodiscard]] LONG Size() const;
   void Reset();
+  // The last Reset: items that come in while others end go as well.
+  void LetGo() {
+    while (!IsEmpty()) Reset();
+  }
   // Error 66003 outside.
   [[nodiscard]] Variant GetStackItem(LONG index) const;
   // An empty text instead of an item below the bottom; error 9 above the top.

@@ -23,6 +23,10 @@ class classStackObject {
   [[nodiscard]] ComPtr<IDispatch> Peek(LongOr<0> offset) const;
   [[nodiscard]] LONG Size() const;
   void Reset();
+  // The last Reset: items that come in while others end go as well.
+  void LetGo() {
+    while (!IsEmpty()) Reset();
+  }
   // Error 66003 outside.
   [[nodiscard]] ComPtr<IDispatch> GetStackItem(LONG index) const;
 

@@ -26,7 +26,7 @@ class classString {
   // The upper index of the buffer. Error 9 for a negative one. The length stays,
   // and so does the content: clearing is done for an empty buffer only.
   void SetBufferSize(LONG new_size, OptionalBool clear_it);
-  [[nodiscard]] Text Value() const;
+  [[nodiscard]] BstrHandle Value() const;
   // The caller's text becomes what the code page made of it.
   void SetValue(TextReference new_value);
   // Address of the first byte; ends the content with a NUL. Valid until the
@@ -75,7 +75,7 @@ class classString {
   LONG TrimToNull();
 
   // The content as a separated list. Failures are reported.
-  Text GetElement(LONG index, TextView separator);
+  BstrHandle GetElement(LONG index, TextView separator);
   LONG LengthList(TextView separator);
 
   // Takes over `count` bytes of any place, inside the buffer too. Error 5 for a
@@ -111,7 +111,9 @@ class classString {
   void Place(const Selection& selection, LONG at_most, Writer&& write);
 
   // string_search.cpp
+  [[nodiscard]] std::string_view Present() const;  // the bytes of the content that are there
   [[nodiscard]] LONG Search(const BytePattern& pattern, LONG start) const;
+  [[nodiscard]] LONG SearchBySkips(std::string_view pattern, LONG start) const;
   struct SeparatorWalk;
   [[nodiscard]] SeparatorWalk WalkSeparators(const BytePattern& separator, LONG searches) const;
 

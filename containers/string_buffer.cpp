@@ -61,8 +61,9 @@ ComPtr<_classString> BufferIn(const VARIANT& value) {
     default:
       break;
   }
+  const ComPtr<IUnknown> asked = ComPtr<IUnknown>::Share(object);
   ComPtr<_classString> buffer;
-  if (object == nullptr || FAILED(object->QueryInterface(IID__classString, buffer.ReceiveVoid()))) return {};
+  if (asked) static_cast<void>(buffer.Ask(*asked.get(), IID__classString));
   return buffer;
 }
 
@@ -118,7 +119,7 @@ LONG classString::StrPtr() {
 
 // ---- The whole value ---------------------------------------------------------------
 
-Text classString::Value() const { return Widened(Content()); }
+BstrHandle classString::Value() const { return Widened(Content()); }
 
 void classString::SetValue(TextReference new_value) {
   const TextView text = new_value.View();
@@ -127,7 +128,7 @@ void classString::SetValue(TextReference new_value) {
   std::string bytes(text.size(), '\0');
   BstrHandle round_trip;
   const bool exact = Narrow(text, reinterpret_cast<BYTE*>(bytes.data()));
-  if (!exact) round_trip = BstrHandle(Widened(bytes));
+  if (!exact) round_trip = Widened(bytes);
   if (size > bufferSize) Redimension(size);
   if (size > 0) std::memcpy(buffer.data(), bytes.data(), bytes.size());
   length = size;

@@ -24,7 +24,7 @@ class AnsiArgument {
   }
   [[nodiscard]] const char* get() const { return bytes_.c_str(); }
   void WriteBack() {
-    if (!exact_) variable_.Assign(Widened(bytes_));
+    if (!exact_) variable_.Take(Widened(bytes_));
   }
 
  private:

@@ -93,7 +93,7 @@ Text classOrvix::OpenFile(LONG owner, VARIANT_BOOL& cancel, TrueByDefault center
   const Text filter_list(filters);
   Dialog dialog;
   for (LONG i = 1, count = LengthList(filter_list, kFilterSeparator); !filter_list.empty() && i <= count; ++i) {
-    dialog.AddFilter(GetElement(filter_list, i, kFilterSeparator));
+    dialog.AddFilter(GetElement(filter_list, i, kFilterSeparator).View());
   }
   dialog.PutTruth(u"Center", center.raw);
   dialog.Put(u"Directory", wording.directory);
@@ -119,7 +119,7 @@ Text classOrvix::SaveFile(LONG owner, VARIANT_BOOL& cancel, TrueByDefault center
   const Text filter_list(filters);
   Dialog dialog;
   for (LONG i = 1, count = LengthList(filter_list, kFilterSeparator); !filter_list.empty() && i <= count; ++i) {
-    dialog.AddFilter(GetElement(filter_list, i, kFilterSeparator));
+    dialog.AddFilter(GetElement(filter_list, i, kFilterSeparator).View());
   }
   dialog.PutTruth(u"SaveDialog", VARIANT_TRUE);
   dialog.PutTruth(u"Center", center.raw);

@@ -80,7 +80,7 @@ Answer ShowOpenFileDialog(LONG owner, TextReference filter, LONG default_filter_
   request.Flags = kFlags;
   request.lpstrDefExt = extension.Address();
   if (GetOpenFileNameA(&request) == 0) return {false, {}};
-  return {true, Widened(file.View())};
+  return {true, Text(Widened(file.View()).View())};
 }
 
 }  // namespace

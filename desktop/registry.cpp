@@ -135,7 +135,8 @@ bool classOrvix::GetKeyValue(enumRegistryConsts root, TextReference key_name, Te
     return false;
   }
 
-  const Text whole = Widened({buffer, kRoom});
+  const BstrHandle widened = Widened({buffer, kRoom});
+  const TextView whole = widened.View();
   const auto length = static_cast<LONG>(bytes);
   const bool ends_in_nul = Equal(Mid(whole, length, 1), TextView(u"\0", 1));
   const TextView data = Left(whole, ends_in_nul ? length - 1 : length);

@@ -15,7 +15,7 @@ void classOrvix::GetOSVersion(LONG& major, LONG& minor, LONG& build, LONG& platf
   build = static_cast<LONG>(record.dwBuildNumber);
   platform_id = static_cast<LONG>(record.dwPlatformId);
   // The whole field, NULs included: callers cut it themselves.
-  extra_info.Assign(Widened({record.szCSDVersion, sizeof record.szCSDVersion}));
+  extra_info.Take(Widened({record.szCSDVersion, sizeof record.szCSDVersion}));
 }
 
 Text classOrvix::CreateGUID() {

@@ -83,7 +83,8 @@ void classOrvix::SetComboElement(IDispatch* combo, TextVariable text) {
   for (std::int64_t i = 0; i <= last; ++i) {
     list.Read(static_cast<LONG>(i), entry);
     if (Followed(entry.get()).vt == VT_NULL) continue;  // equal to nothing
-    if (!Equal(ArgumentText(entry.get()).View(), ViewOf(text.get()))) continue;
+    const ArgumentText shown(entry.get());              // may change the caller's text
+    if (!Equal(shown.View(), ViewOf(text.get()))) continue;
     PutMember(combo, u"ListIndex", Variant(static_cast<LONG>(i)).get());
     return;
   }

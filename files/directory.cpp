@@ -18,6 +18,7 @@ constexpr LONG kDirectoryMode = 16;  // compared as a number: 32 selects it as w
 bool IsAbsent(const VARIANT& bound) {
   Variant followed;
   CheckRuntime(VariantCopyInd(followed.Receive(), &bound));
+  if ((followed.get().vt & VT_ARRAY) != 0) RaiseRuntimeError(kTypeMismatch);
   Variant empty{TextView{}};
   const HRESULT compared = VarCmp(followed.Address(), empty.Address(), 0, 0);
   if (FAILED(compared)) {
@@ -46,10 +47,11 @@ class DateFilter {
 
   [[nodiscard]] bool ReadsTime() const { return has_from_ || has_to_; }
   [[nodiscard]] bool Passes(DATE time) const {
-    // Both bounds are converted, whatever the first test says; a Null bound makes
-    // its test false.
-    const bool late_enough = !has_from_ || (!IsNull(from_) && DateOf(from_) <= time);
-    const bool early_enough = !has_to_ || (!IsNull(to_) && time <= DateOf(to_));
+    // A Null bound lets nothing pass, whatever the other one is. Else both are
+    // converted, whatever the first test says.
+    if ((has_from_ && IsNull(from_)) || (has_to_ && IsNull(to_))) return false;
+    const bool late_enough = !has_from_ || DateOf(from_) <= time;
+    const bool early_enough = !has_to_ || time <= DateOf(to_);
     return late_enough && early_enough;
   }
 

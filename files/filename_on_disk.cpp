@@ -107,9 +107,9 @@ void classFilename::Delete() {
 Text classFilename::ShortenedFilename(LONG max_length) const {
   if (path_.empty() || Length(complete_) <= max_length) return complete_;
   const Text drive = Drive();
-  const LONG room = WrapSubtract(max_length, Length(name_));
+  const LONGLONG room = LONGLONG{max_length} - Length(name_);
   if (room <= Length(drive) + 4) return drive + u"\\..\\" + name_;
-  return ShortenPath(std::max(room, LONG{0})) + name_;
+  return ShortenPath(static_cast<LONG>(room)) + name_;
 }
 
 // The two dots are not counted: the result has `count` + 2 characters. Callers

@@ -22,10 +22,10 @@ bool AnyEntryMatches(TextView pattern, LONG mask) {
 
 }  // namespace
 
-Text classOrvix::GetPath(TextView filename) {
+BstrHandle classOrvix::GetPath(TextView filename) {
   return ReportAndContinue(u"Error GetPath.", TextView{}, [&] {
     const std::size_t last = filename.find_last_of(u":\\/");
-    return last == TextView::npos ? Text{} : Text(filename.substr(0, last + 1));
+    return BstrHandle(last == TextView::npos ? TextView{} : filename.substr(0, last + 1));
   });
 }
 
@@ -69,7 +69,7 @@ void classOrvix::MakeDir(TextView path) {
     const LONG count = LengthList(marked, u"\\");
     Text accumulated;
     for (LONG i = 1; i <= count; ++i) {
-      const Text element = ReplaceAll(GetElement(marked, i, u"\\"), u"@@", u"\\\\");
+      const Text element = ReplaceAll(GetElement(marked, i, u"\\").View(), u"@@", u"\\\\");
       if (accumulated.empty()) {
         accumulated = element;  // an empty first element so drops the root
       } else {

@@ -44,8 +44,8 @@ std::string Narrowed(TextView text) {
   return bytes;
 }
 
-Text Widened(std::string_view bytes) {
-  Text text(bytes.size(), u'\0');
+BstrHandle Widened(std::string_view bytes) {
+  BstrHandle text = BstrHandle::OfLength(bytes.size());
   const auto size = static_cast<INT>(bytes.size());
   if (size > 0) MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, text.data(), size);
   return text;

@@ -16,7 +16,7 @@ namespace Orvix::component {
 bool Narrow(TextView text, BYTE* bytes) noexcept;
 [[nodiscard]] std::string Narrowed(TextView text);
 // Every byte has a unit, so nothing is lost.
-[[nodiscard]] Text Widened(std::string_view bytes);
+[[nodiscard]] BstrHandle Widened(std::string_view bytes);
 
 // `value` behind references to a VARIANT.
 [[nodiscard]] const VARIANT& Followed(const VARIANT& value);

@@ -18,7 +18,7 @@ void PublishErrorInfo(const Text& source, const Text& description) noexcept {
   created->SetSource(const_cast<OLECHAR*>(source.c_str()));
   created->SetDescription(const_cast<OLECHAR*>(description.c_str()));
   ComPtr<IErrorInfo> info;
-  if (SUCCEEDED(created->QueryInterface(IID_IErrorInfo, info.ReceiveVoid()))) SetErrorInfo(0, info.get());
+  if (SUCCEEDED(info.Ask(*created.get(), IID_IErrorInfo))) SetErrorInfo(0, info.get());
 }
 
 HRESULT PublishError(LONG number, TextView source, TextView description, std::string_view class_name) noexcept {

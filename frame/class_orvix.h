@@ -16,18 +16,18 @@ class classOrvix {
   static constexpr std::string_view kClassName = "classOrvix";
 
   // Separated lists (text/separated_list.cpp)
-  Text AddElement(TextView list, TextView element, TextView separator);
+  BstrHandle AddElement(TextView list, TextView element, TextView separator);
   LONG FindFirstElement(TextView list, TextView element, TextView separator);
-  Text GetElement(TextView list, LONG index, TextView separator);
-  Text InsertElement(TextView list, TextView element, LONG position, TextView separator);
+  BstrHandle GetElement(TextView list, LONG index, TextView separator);
+  BstrHandle InsertElement(TextView list, TextView element, LONG position, TextView separator);
   LONG LengthList(TextView list, TextView separator);
-  Text DeleteElement(TextView list, LONG index, TextView separator);
+  BstrHandle DeleteElement(TextView list, LONG index, TextView separator);
 
   // Trimming (text/trimming.cpp)
-  Text SuperRTrim(TextView text, OptionalLongOut tokens_removed);
-  Text SuperLTrim(TextView text, OptionalLongOut tokens_removed, FalseByDefault ignore_line_breaks);
-  Text SuperLTrim2(TextView text);
-  Text TabLTrim(TextView text);
+  BstrHandle SuperRTrim(TextView text, OptionalLongOut tokens_removed);
+  BstrHandle SuperLTrim(TextView text, OptionalLongOut tokens_removed, FalseByDefault ignore_line_breaks);
+  BstrHandle SuperLTrim2(TextView text);
+  BstrHandle TabLTrim(TextView text);
 
   // Arrays and collections (text/array_values.cpp)
   Variant Min(ArrayOf<VARIANT> values);
@@ -40,8 +40,8 @@ class classOrvix {
   bool IsInCollection(TextView key, IDispatch* collection);
 
   // Replacing (text/replacing.cpp)
-  Text MyReplace(TextView text, TextView target, TextView replacement, OptionalBool no_case_match,
-                 OptionalLongOut number_of_replacements);
+  BstrHandle MyReplace(TextView text, TextView target, TextView replacement, OptionalBool no_case_match,
+                       OptionalLongOut number_of_replacements);
 
   // Numbers and time (text/numbers.cpp, text/elapsed_time.cpp)
   void Wait(LONG milliseconds);
@@ -51,7 +51,7 @@ class classOrvix {
   bool IsOdd(LONG number);
   LONG GetTick();
   LONG GetRandom(LONG upper_bound, LONG lower_bound);
-  Text MyStr(const VARIANT& value);
+  BstrHandle MyStr(const VARIANT& value);
   Text DayTime(LONG seconds);
   Text MillisecondsToTime(LONG milliseconds);
 
@@ -64,7 +64,7 @@ class classOrvix {
   LONG InvertColor(LONG color);
 
   // Paths and directories (files/paths.cpp)
-  Text GetPath(TextView filename);
+  BstrHandle GetPath(TextView filename);
   void MakeDir(TextView path);
   bool MakeDirEx(TextView path);
   bool DirExists(TextView directory);

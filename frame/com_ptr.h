@@ -50,6 +50,14 @@ class ComPtr {
     return &pointer_;
   }
   [[nodiscard]] void** ReceiveVoid() { return reinterpret_cast<void**>(Receive()); }
+  // Takes the interface that `object` gives for `iid`. Whatever a failing object
+  // leaves in the place is none.
+  [[nodiscard]] HRESULT Ask(IUnknown& object, REFIID iid) {
+    void* found = nullptr;
+    const HRESULT result = object.QueryInterface(iid, &found);
+    *this = Adopt(SUCCEEDED(result) ? static_cast<Interface*>(found) : nullptr);
+    return result;
+  }
 
  private:
   Interface* pointer_ = nullptr;
@@ -61,6 +69,14 @@ class BstrHandle {
   BstrHandle() = default;
   explicit BstrHandle(TextView text) : text_(NewBstr(text)) {
     if (text_ == nullptr) throw std::bad_alloc();
+  }
+  // `length` units for the caller to write. std::bad_alloc also for a length that
+  // no BSTR has.
+  [[nodiscard]] static BstrHandle OfLength(std::size_t length) {
+    BstrHandle text;
+    if (length <= kMostUnits) text.text_ = SysAllocStringLen(nullptr, static_cast<UINT>(length));
+    if (text.text_ == nullptr) throw std::bad_alloc();
+    return text;
   }
   BstrHandle(BstrHandle&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
   BstrHandle& operator=(BstrHandle&& other) noexcept {
@@ -74,6 +90,7 @@ class BstrHandle {
   [[nodiscard]] BSTR get() const { return text_; }
   [[nodiscard]] TextView View() const { return ViewOf(text_); }
   [[nodiscard]] BSTR Detach() { return std::exchange(text_, nullptr); }
+  [[nodiscard]] OLECHAR* data() { return text_; }
   [[nodiscard]] BSTR* Receive() {
     SysFreeString(std::exchange(text_, nullptr));
     return &text_;

@@ -52,7 +52,7 @@ void RaiseFailedConversion(HRESULT failure) { RaiseWithInfo(failure, TakeErrorIn
 
 void RaiseFailureOfObject(HRESULT failure, IUnknown* object, REFIID iid) {
   ComPtr<ISupportErrorInfo> support;
-  const bool informs = SUCCEEDED(object->QueryInterface(IID_ISupportErrorInfo, support.ReceiveVoid())) && support &&
+  const bool informs = SUCCEEDED(support.Ask(*object, IID_ISupportErrorInfo)) && support &&
                        support->InterfaceSupportsErrorInfo(iid) == S_OK;
   const ComPtr<IErrorInfo> info = TakeErrorInfo();
   RaiseWithInfo(failure, informs ? info : nullptr);

@@ -6,13 +6,14 @@ namespace Orvix::component {
 
 void ReportError(TextView fixed_text, TextView description) noexcept {
   constexpr UINT kCriticalWithOkButton = 16;
+  const auto show = [](const OLECHAR* text) { MessageBoxW(nullptr, text, u"Orvix", kCriticalWithOkButton); };
   try {
     Text text;
     text.reserve(fixed_text.size() + 2 + description.size());
     text.append(fixed_text).append(u"\r\n").append(description);
-    MessageBoxW(nullptr, text.c_str(), u"Orvix", kCriticalWithOkButton);
+    show(text.c_str());
   } catch (const std::bad_alloc&) {
-    return;  // nothing to report with
+    show(fixed_text.data());
   }
 }
 

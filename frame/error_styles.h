@@ -14,8 +14,8 @@ namespace Orvix::component {
 inline constexpr TextView kOutOfMemoryText = u"Out of memory";
 
 // Requests a message box: the member's fixed text, CR LF, the description of
-// the caught error; style 16, title "Orvix". The answer is not used, and a
-// report that cannot be built is dropped.
+// the caught error; style 16, title "Orvix". The answer is not used. `fixed_text`
+// is a literal, which is reported alone when there is no memory for the rest.
 void ReportError(TextView fixed_text, TextView description) noexcept;
 
 // Report and continue: a failure of `body` is reported, the result is `fallback`.

@@ -2,6 +2,7 @@
 // where their type differs, handed to the member's slot, and written back.
 #include <array>
 #include <cstring>
+#include <utility>
 
 #include "frame/com_ptr.h"
 #include "frame/dispatch.h"
@@ -21,7 +22,10 @@ struct Passed {
   VARIANT temporary;  // what was converted, or copied, for the call
   bool temporary_in_use = false;
   WriteBack write_back = WriteBack::kNone;
-  VARIANT* caller = nullptr;  // the caller's argument
+  VARIANT* caller = nullptr;    // the caller's variable
+  VARTYPE typed = VT_EMPTY;     // what `target` is, when the caller gave a typed reference
+  void* target = nullptr;       // where that reference leads
+  SAFEARRAY* locked = nullptr;  // the caller's array, kept from being destroyed
 };
 
 // Follows by-reference VARIANTs to the one that holds the value or the typed
@@ -41,6 +45,7 @@ class Call {
   ~Call() {
     for (std::size_t i = 0; i < row_.count; ++i) {
       if (passed_[i].temporary_in_use) VariantClear(&passed_[i].temporary);
+      if (passed_[i].locked != nullptr) SafeArrayUnlock(passed_[i].locked);
     }
   }
 
@@ -107,10 +112,12 @@ class Call {
       Passed& passed = passed_[i];
       if (passed.write_back == WriteBack::kNone) continue;
       if (passed.write_back == WriteBack::kIntoVariant) {
-        if (SUCCEEDED(VariantClear(passed.caller))) {
-          *passed.caller = passed.temporary;
-          passed.temporary_in_use = false;
-        }
+        // Stored before the old value is released, which may look here again.
+        // An array that is locked stays where it is.
+        VARIANT old = *passed.caller;
+        *passed.caller = passed.temporary;
+        passed.temporary_in_use = FAILED(VariantClear(&old));
+        if (passed.temporary_in_use) *passed.caller = old;
         continue;
       }
       WriteTyped(passed);
@@ -130,22 +137,41 @@ class Call {
     const VARTYPE held = inner->vt & kTypeBits;
     const bool by_typed_reference = (inner->vt & VT_BYREF) != 0;
     if (held == words.type && words.iid == nullptr) {
-      // A by-value text is the member's own: the caller's variable may change
-      // while the member runs.
-      const bool own_copy = words.type == VT_BSTR && !words.by_reference && (by_typed_reference || inner != argument);
-      if (by_typed_reference && !own_copy) {
+      if (by_typed_reference) {
         if (inner->byref == nullptr) return DISP_E_TYPEMISMATCH;
-        arguments_[i] = inner->byref;
-        return S_OK;
+        // A by-value text is the member's own: the caller's variable may change
+        // while the member runs.
+        if (words.type != VT_BSTR || words.by_reference) {
+          arguments_[i] = inner->byref;
+          return S_OK;
+        }
+      } else if (inner == argument) {
+        // A by-value argument is the caller's own and must not change.
+        if (!words.written) {
+          arguments_[i] = &inner->llVal;
+          return S_OK;
+        }
+      } else if ((words.type & VT_ARRAY) != 0 && !words.written) {
+        return LockArray(i, inner->parray);
       }
-      // A by-reference parameter writes into a by-reference VARIANT in place; a
-      // by-value argument is the caller's own and must not change.
-      if (!own_copy && (!words.written || inner != argument)) {
-        arguments_[i] = &inner->llVal;
-        return S_OK;
-      }
+      // A VARIANT variable may change its type while the member runs, so the
+      // member gets a copy of what is in it.
     }
     return Convert(i, inner, inner != argument || by_typed_reference);
+  }
+
+  // What a VARIANT variable held when the call began, without copying it.
+  HRESULT LockArray(std::size_t i, SAFEARRAY* array) {
+    Passed& passed = passed_[i];
+    if (array != nullptr) {
+      const HRESULT result = SafeArrayLock(array);
+      if (FAILED(result)) return result;
+      passed.locked = array;
+    }
+    VariantInit(&passed.temporary);
+    passed.temporary.parray = array;
+    arguments_[i] = &passed.temporary.parray;
+    return S_OK;
   }
 
   HRESULT Convert(std::size_t i, VARIANT* inner, bool by_reference) {
@@ -154,6 +180,11 @@ class Call {
     VariantInit(&passed.temporary);
     passed.temporary_in_use = true;
     passed.caller = inner;
+    const bool typed = (inner->vt & VT_BYREF) != 0;
+    if (typed) {
+      passed.typed = inner->vt & kTypeBits;
+      passed.target = inner->byref;
+    }
     HRESULT result = S_OK;
     if (words.iid != nullptr) {
       result = ConvertObject(words, inner, passed.temporary);
@@ -166,7 +197,7 @@ class Call {
     arguments_[i] = &passed.temporary.llVal;
     // What a member only reads stays as the caller has it.
     if (words.written && by_reference) {
-      passed.write_back = (inner->vt & VT_BYREF) != 0 ? WriteBack::kIntoTyped : WriteBack::kIntoVariant;
+      passed.write_back = typed ? WriteBack::kIntoTyped : WriteBack::kIntoVariant;
     }
     return S_OK;
   }
@@ -178,23 +209,21 @@ class Call {
     IUnknown* object = (inner->vt & VT_BYREF) == 0  ? inner->punkVal
                        : inner->ppunkVal == nullptr ? nullptr
                                                     : *inner->ppunkVal;
-    void* asked = nullptr;
-    if (object != nullptr && FAILED(object->QueryInterface(*words.iid, &asked))) return DISP_E_TYPEMISMATCH;
-    temporary.pdispVal = static_cast<IDispatch*>(asked);
+    ComPtr<IDispatch> asked;
+    if (object != nullptr && FAILED(asked.Ask(*object, *words.iid))) return DISP_E_TYPEMISMATCH;
+    temporary.pdispVal = asked.Detach();
     temporary.vt = VT_DISPATCH;
     return S_OK;
   }
 
   static void WriteTyped(Passed& passed) {
-    const VARTYPE wanted = passed.caller->vt & kTypeBits;
     Variant converted;
-    if (FAILED(VariantChangeType(converted.Address(), &passed.temporary, 0, wanted))) return;
+    if (FAILED(VariantChangeType(converted.Address(), &passed.temporary, 0, passed.typed))) return;
     VARIANT value = converted.Detach();
-    void* target = passed.caller->byref;
-    switch (wanted) {
+    void* target = passed.target;
+    switch (passed.typed) {
       case VT_BSTR:
-        SysFreeString(*passed.caller->pbstrVal);
-        *passed.caller->pbstrVal = value.bstrVal;
+        SysFreeString(std::exchange(*static_cast<BSTR*>(target), value.bstrVal));
         return;
       case VT_I1:
       case VT_UI1:
@@ -214,9 +243,9 @@ class Call {
         std::memcpy(target, &value.lVal, 4);
         return;
       case VT_DECIMAL: {
-        const VARTYPE kept = passed.caller->pdecVal->wReserved;
-        *passed.caller->pdecVal = value.decVal;
-        passed.caller->pdecVal->wReserved = kept;
+        auto* number = static_cast<DECIMAL*>(target);
+        value.decVal.wReserved = number->wReserved;
+        *number = value.decVal;
         return;
       }
       case VT_I8:

@@ -120,7 +120,7 @@ ComPtr<IDispatch> ObjectOf(const Variant& value) {
   if (held.vt == VT_DISPATCH) return ComPtr<IDispatch>::Share(held.pdispVal);
   if (held.vt != VT_UNKNOWN) RaiseRuntimeError(kObjectRequired);
   ComPtr<IDispatch> object;
-  if (held.punkVal != nullptr && FAILED(held.punkVal->QueryInterface(IID_IDispatch, object.ReceiveVoid()))) {
+  if (held.punkVal != nullptr && FAILED(object.Ask(*held.punkVal, IID_IDispatch))) {
     RaiseRuntimeError(kNoInterface);
   }
   return object;

@@ -6,18 +6,30 @@
 #include <atomic>
 #include <memory>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 #include "frame/boundary.h"
 #include "frame/dispatch.h"
 #include "frame/lifetime.h"
 #include "frame/member_row.h"
+#include "frame/waiting_end.h"
 
 namespace Orvix::component {
 
+// A plain class that holds callers' objects ends them in LetGo, as often as their
+// ends bring it new ones.
+template <class Plain>
+concept HoldsObjects = requires(Plain& plain) {
+  plain.LetGo();
+};
+struct EndsAlone {};
+
 // `Plain` is the class that does the work; it names its class as kClassName.
 template <class Facade, class Interface, class Plain>
-class Object : public Interface, public ISupportErrorInfo {
+class Object : public Interface,
+               public ISupportErrorInfo,
+               private std::conditional_t<HoldsObjects<Plain>, WaitingEnd, EndsAlone> {
  public:
   Object() = default;
   Object(Object&&) = delete;
@@ -38,7 +50,7 @@ class Object : public Interface, public ISupportErrorInfo {
   ULONG ORVIX_CALL AddRef() noexcept override { return ++references_; }
   ULONG ORVIX_CALL Release() noexcept override {
     const ULONG left = --references_;
-    if (left == 0) delete static_cast<Facade*>(this);
+    if (left == 0) End();
     return left;
   }
 
@@ -100,6 +112,20 @@ class Object : public Interface, public ISupportErrorInfo {
   }
 
  private:
+  void End() noexcept {
+    if constexpr (HoldsObjects<Plain>) {
+      // The end of an item may take and drop references to this object, and call it.
+      references_ = kEnding;
+      EndInTurn(this, [](WaitingEnd* entry) noexcept {
+        auto* const self = static_cast<Object*>(entry);
+        self->plain_.LetGo();
+        delete static_cast<Facade*>(self);
+      });
+    } else {
+      delete static_cast<Facade*>(this);
+    }
+  }
+
   // A call that never reaches the member leaves no error info behind.
   static HRESULT Refuse(HRESULT reason) noexcept {
     SetErrorInfo(0, nullptr);
@@ -135,6 +161,8 @@ class Object : public Interface, public ISupportErrorInfo {
     }
     return body(*made);
   }
+
+  static constexpr ULONG kEnding = 1U << 30;  // no count of references comes near it
 
   std::atomic<ULONG> references_{1};
   LiveObject live_;

@@ -126,8 +126,8 @@ class OptionalTextReference {
  public:
   explicit OptionalTextReference(BSTR* target) : target_(target) {}
   [[nodiscard]] TextView View() const { return target_ == nullptr ? TextView{} : ViewOf(*target_); }
-  void Assign(TextView text) {
-    if (target_ != nullptr) TextReference(target_).Assign(text);
+  void Take(BstrHandle text) {
+    if (target_ != nullptr) TextReference(target_).Take(std::move(text));
   }
 
  private:

@@ -101,6 +101,18 @@ char16_t Char(BYTE code) {
 
 TextView LeftTrimSpaces(TextView text) { return text.substr(std::min(text.find_first_not_of(u' '), text.size())); }
 
+BstrHandle Joined(std::initializer_list<TextView> parts) {
+  std::size_t length = 0;
+  for (const TextView part : parts) length += part.size();
+  BstrHandle text = BstrHandle::OfLength(length);
+  char16_t* at = text.data();
+  for (const TextView part : parts) {
+    if (!part.empty()) std::memcpy(at, part.data(), part.size() * sizeof(char16_t));
+    at += part.size();
+  }
+  return text;
+}
+
 Text ReplaceAll(TextView text, TextView target, TextView replacement) {
   Text replaced;
   std::size_t from = 0;

@@ -4,7 +4,9 @@
 #define ORVIX_FRAME_TEXT_PRIMITIVES_H
 
 #include <cstring>
+#include <initializer_list>
 
+#include "frame/com_ptr.h"
 #include "frame/error.h"
 #include "orvix/text.h"
 
@@ -62,6 +64,9 @@ void Overwrite(Text& text, LONG start, LONG count, TextView replacement);
 [[nodiscard]] inline bool Equal(TextView a, TextView b) {
   return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
 }
+
+// The parts one after the other, in one block of memory.
+[[nodiscard]] BstrHandle Joined(std::initializer_list<TextView> parts);
 
 // Every occurrence of `target` (not empty), from left to right without overlap,
 // replaced by `replacement`.

@@ -48,8 +48,8 @@ bool classOrvix::IsInCollection(TextView key, IDispatch* collection) {
   return FallBackSilently(false, [&] {
     const Variant wanted(key);
     const Variant item = GetMember(collection, u"Item", {&wanted.get(), 1});
-    // An empty object reference is an object as well.
-    return item.get().vt == VT_DISPATCH || item.get().vt == VT_UNKNOWN;
+    static_cast<void>(ObjectOf(item));  // an empty object reference is an object as well
+    return true;
   });
 }
 

@@ -44,13 +44,13 @@ LONG classOrvix::GetRandom(LONG upper_bound, LONG lower_bound) {
   return static_cast<LONG>(static_cast<std::int64_t>(std::floor(span * number + lower_bound)));
 }
 
-Text classOrvix::MyStr(const VARIANT& value) {
+BstrHandle classOrvix::MyStr(const VARIANT& value) {
   Variant held;
   CheckRuntime(VariantCopyInd(held.Address(), &value));
   if (held.get().vt == VT_NULL) return {};
   BstrHandle text;
   CheckConversion(OxTextOf(held.Address(), text.Receive()));  // an object may raise its own error
-  return Text(text.View());
+  return text;
 }
 
 }  // namespace Orvix::component

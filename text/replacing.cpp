@@ -33,8 +33,12 @@ Text UpperInBlocks(TextView text) {
   Text upper(text.size(), u'\0');
   for (std::size_t at = 0; at < text.size();) {
     TextView block = text.substr(at, kBlock);
-    // A pair of surrogates stays in one block.
-    if (at + block.size() < text.size() && text_detail::IsHigh(block.back())) block = text.substr(at, kBlock + 1);
+    // A pair of surrogates stays in one block; a high one that another one follows
+    // is none.
+    const std::size_t next = at + block.size();
+    if (next < text.size() && text_detail::IsHigh(block.back()) && text_detail::IsLow(text[next])) {
+      block = text.substr(at, kBlock + 1);
+    }
     if (!UpperAscii(block, upper.data() + at)) Upper(block).copy(upper.data() + at, block.size());
     at += block.size();
   }
@@ -44,7 +48,7 @@ Text UpperInBlocks(TextView text) {
 // Fills a text of known length from its start on.
 class Filler {
  public:
-  explicit Filler(Text& text) : at_(text.data()), end_(text.data() + text.size()) {}
+  Filler(char16_t* text, std::size_t length) : at_(text), end_(text + length) {}
 
   // Adds `count` units of `source` from index `from` on.
   void Add(TextView source, std::size_t from, std::size_t count) {
@@ -71,10 +75,11 @@ class Filler {
 
 }  // namespace
 
-Text classOrvix::MyReplace(TextView text, TextView target, TextView replacement, OptionalBool no_case_match,
-                           OptionalLongOut number_of_replacements) {
-  return ReportAndContinue(u"Error replacing.", text, [&] {
-    if (target.empty()) return Text(text);  // nothing is no occurrence
+BstrHandle classOrvix::MyReplace(TextView text, TextView target, TextView replacement, OptionalBool no_case_match,
+                                 OptionalLongOut number_of_replacements) {
+  LONG replacements = 0;
+  BstrHandle result = ReportAndContinue(u"Error replacing.", text, [&] {
+    if (target.empty()) return BstrHandle(text);  // nothing is no occurrence
     Text upper_text;
     Text upper_target;
     if (no_case_match) {
@@ -85,15 +90,15 @@ Text classOrvix::MyReplace(TextView text, TextView target, TextView replacement,
     const TextView wanted = no_case_match ? TextView(upper_target) : target;
 
     const std::size_t count = WalkOccurrences(searched, wanted, 0, std::numeric_limits<std::size_t>::max()).count;
-    if (count == 0) return Text(text);
+    if (count == 0) return BstrHandle(text);
     const auto growth = static_cast<std::int64_t>(replacement.size()) - static_cast<std::int64_t>(target.size());
     const std::int64_t length = static_cast<std::int64_t>(text.size()) + growth * static_cast<std::int64_t>(count);
     // A length that does not fit wraps: negative, or too short for the pieces.
     // Both are an invalid argument.
     if (length > std::numeric_limits<LONG>::max()) RaiseRuntimeError(kInvalidArgument);
 
-    Text replaced(static_cast<std::size_t>(length), u' ');
-    Filler filler(replaced);
+    BstrHandle replaced = BstrHandle::OfLength(static_cast<std::size_t>(length));
+    Filler filler(replaced.data(), static_cast<std::size_t>(length));
     std::size_t from = 0;
     ForEachOccurrence(searched, wanted, [&](std::size_t at) {
       filler.Add(text, from, at - from);
@@ -111,9 +116,11 @@ Text classOrvix::MyReplace(TextView text, TextView target, TextView replacement,
     } else if (tail == 1) {
       filler.AddSpace();
     }
-    number_of_replacements.Write(static_cast<LONG>(count));
+    replacements = static_cast<LONG>(count);
     return replaced;
   });
+  if (replacements != 0) number_of_replacements.Write(replacements);
+  return result;
 }
 
 }  // namespace Orvix::component

@@ -49,12 +49,10 @@ LONG WalkRound(TextView list, TextView separator, LONG searches) {
 
 }  // namespace
 
-Text classOrvix::AddElement(TextView list, TextView element, TextView separator) {
+BstrHandle classOrvix::AddElement(TextView list, TextView element, TextView separator) {
   return ReportAndContinue(u"Error AddItemToList.", list, [&] {
-    if (list.empty()) return Text(element);
-    Text joined;
-    joined.reserve(list.size() + separator.size() + element.size());
-    return joined.append(list).append(separator).append(element);
+    if (list.empty()) return BstrHandle(element);
+    return Joined({list, separator, element});
   });
 }
 
@@ -66,18 +64,18 @@ LONG classOrvix::LengthList(TextView list, TextView separator) {
   });
 }
 
-Text classOrvix::GetElement(TextView list, LONG index, TextView separator) {
+BstrHandle classOrvix::GetElement(TextView list, LONG index, TextView separator) {
   return ReportAndContinue(u"Error GetElement.", TextView{}, [&] {
     const LONG width = Length(separator);
     LONG found = 0;
     if (index > 1) {
       found = WalkSeparators(list, separator, index - 1).found;
-      if (found == 0) return Text{};
+      if (found == 0) return BstrHandle(TextView{});
     }
     LONG end = Find(width + found, list, separator);
     if (end == 0) end = Length(list) + 1;
     const LONG start = found > 0 ? found + width : 1;
-    return Text(Mid(list, start, end - start));
+    return BstrHandle(Mid(list, start, end - start));
   });
 }
 
@@ -101,7 +99,7 @@ LONG classOrvix::FindFirstElement(TextView list, TextView element, TextView sepa
   });
 }
 
-Text classOrvix::InsertElement(TextView list, TextView element, LONG position, TextView separator) {
+BstrHandle classOrvix::InsertElement(TextView list, TextView element, LONG position, TextView separator) {
   return ReportAndContinue(u"Error InsertElement.", list, [&] {
     const LONG found = WalkRound(list, separator, position > 1 ? position - 1 : 0);
     // The text joins the element before the position, and the separator follows
@@ -109,15 +107,11 @@ Text classOrvix::InsertElement(TextView list, TextView element, LONG position, T
     // negative length is the error that is reported. Callers rely on both.
     const TextView left = Left(list, found - 1);
     const TextView right = Mid(list, found);
-    Text inserted;
-    inserted.reserve(list.size() + element.size() + separator.size());
-    inserted.append(left).append(element);
-    if (!right.empty()) inserted.append(separator).append(right);
-    return inserted;
+    return right.empty() ? Joined({left, element}) : Joined({left, element, separator, right});
   });
 }
 
-Text classOrvix::DeleteElement(TextView list, LONG index, TextView separator) {
+BstrHandle classOrvix::DeleteElement(TextView list, LONG index, TextView separator) {
   return ReportAndContinue(u"Error DeleteElement.", list, [&] {
     const LONG width = Length(separator);
     const LONG found = WalkRound(list, separator, index > 1 ? index - 1 : 0);
@@ -125,11 +119,9 @@ Text classOrvix::DeleteElement(TextView list, LONG index, TextView separator) {
     if (end == 0) end = Length(list);
     const TextView left = found > 0 ? Left(list, found - 1) : TextView{};
     const TextView right = Mid(list, width + end);
-    Text kept(left);
     // The separator comes back between two halves only, so an empty first or
     // last element next to the deleted one goes as well.
-    if (!left.empty() && !right.empty()) kept.append(separator);
-    return kept.append(right);
+    return left.empty() || right.empty() ? Joined({left, right}) : Joined({left, separator, right});
   });
 }
 

@@ -70,13 +70,25 @@ void ReadDefaultMember(IDispatch* object, VARIANT* value) {
   throw ForeignError{FAILED(numbered) ? numbered : E_FAIL};
 }
 
+// An object is asked by name, also when it came as something less.
+void AskForNames(Value& value) {
+  IUnknown* const object = value.get().punkVal;
+  void* asked = nullptr;
+  if (object == nullptr || FAILED(object->QueryInterface(IID_IDispatch, &asked))) throw RuntimeError{13};
+  Value named;
+  named.Address()->pdispVal = static_cast<IDispatch*>(asked);
+  named.Address()->vt = VT_DISPATCH;
+  value.Swap(named);
+}
+
 // `from` without references, objects replaced by what their default member
 // says. An object that leads to objects without end is error 13.
 void Resolve(const VARIANT& from, Value& value) {
   constexpr int kMostObjects = 16;
   Check(VariantCopyInd(value.Address(), &from));
-  for (int i = 0; value.get().vt == VT_DISPATCH; ++i) {
+  for (int i = 0; value.get().vt == VT_DISPATCH || value.get().vt == VT_UNKNOWN; ++i) {
     if (i == kMostObjects) throw RuntimeError{13};
+    if (value.get().vt == VT_UNKNOWN) AskForNames(value);
     Value next;
     ReadDefaultMember(value.get().pdispVal, next.Address());
     Value plain;
@@ -93,6 +105,8 @@ BSTR TextOf(const VARIANT& from) {
   Value value;
   Resolve(from, value);
   if (value.get().vt == VT_NULL) throw RuntimeError{94};
+  // Bytes too: what the platform would take for a text is none to callers.
+  if ((value.get().vt & VT_ARRAY) != 0) throw RuntimeError{13};
   Value text;
   Check(Change(value.get(), VT_BSTR, text));
   return std::exchange(text.Address()->bstrVal, nullptr);

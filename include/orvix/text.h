@@ -23,8 +23,13 @@ inline TextView ViewOf(BSTR text) noexcept {
   return {text, bytes / sizeof(OLECHAR)};
 }
 
-// A new BSTR, owned by the caller; null when memory is exhausted.
+// The longest text that a BSTR can be asked for.
+inline constexpr std::size_t kMostUnits = 0x7FFFFFFF;
+
+// A new BSTR, owned by the caller; null when memory is exhausted, which is also
+// so for a text that is too long.
 [[nodiscard]] inline BSTR NewBstr(TextView text) noexcept {
+  if (text.size() > kMostUnits) return nullptr;
   return SysAllocStringLen(text.data() == nullptr ? u"" : text.data(), static_cast<UINT>(text.size()));
 }
 

@@ -29,6 +29,8 @@ void KeyedItems::Insert(const VARIANT& value, const TextView* key, LONG position
   auto item = std::make_unique<Item>();
   const HRESULT copied = VariantCopyInd(&item->value.value, &value);
   if (FAILED(copied)) throw RuntimeError{OxErrorNumber(copied)};
+  // The object counted may have taken items away meanwhile.
+  if (position - 1 > Count()) throw RuntimeError{9};
   if (items_.size() == items_.capacity()) items_.reserve(2 * items_.size() + 1);
   if (key != nullptr) {
     item->key = FoldName(*key);

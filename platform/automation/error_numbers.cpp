@@ -133,7 +133,7 @@ constexpr NumberText kDescriptions[] = {
     {452, u"Invalid ordinal"},
     {453, u"Specified DLL function not found"},
     {457, u"This key is already associated with an element of this collection"},
-    {458, u"Variable uses a type not supported in Visual Basic"},
+    {458, u"Variable uses a type that Automation does not support"},
     {462, u"The remote server machine does not exist or is unavailable"},
 };
 static_assert(std::ranges::is_sorted(kDescriptions, {}, &NumberText::number));

@@ -78,7 +78,11 @@ ULONG LateObject::AddRef() noexcept { return ++references_; }
 
 ULONG LateObject::Release() noexcept {
   const ULONG left = --references_;
-  if (left == 0) delete this;
+  if (left == 0) {
+    // What it holds may take and drop references to it once more.
+    references_ = 1U << 30;
+    EndInTurn(this, [](WaitingEnd* entry) noexcept { delete static_cast<LateObject*>(entry); });
+  }
   return left;
 }
 

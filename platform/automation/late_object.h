@@ -8,6 +8,7 @@
 #include <span>
 #include <utility>
 
+#include "frame/waiting_end.h"
 #include "orvix/automation.h"
 #include "orvix/text.h"
 
@@ -35,7 +36,7 @@ struct LateFailure {
   HRESULT code;
 };
 
-class LateObject : public IDispatch {
+class LateObject : public IDispatch, private WaitingEnd {
  public:
   LateObject(const LateObject&) = delete;
   LateObject& operator=(const LateObject&) = delete;

@@ -4,11 +4,15 @@
 #include "platform/automation/safe_array.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 
+#include "frame/waiting_end.h"
 #include "platform/automation/variant.h"
+
+static_assert(sizeof(Orvix::WaitingEnd) <= Orvix::kHiddenBytes);
 
 namespace Orvix {
 namespace {
@@ -60,6 +64,19 @@ bool BoundIsPossible(const SAFEARRAYBOUND& bound) {
 
 void Discard(SAFEARRAY* array) {
   if (IRecordInfo* info = RecordInfoOf(*array)) info->Release();
+  FreeDescriptor(array);
+}
+
+// Ends the elements of an array that is locked, then the array.
+void EndArray(SAFEARRAY* array) noexcept {
+  if (array->pvData != nullptr) ReleaseElements(*array, 0, CellCount(*array));
+  array->cLocks = 0;
+  if (IRecordInfo* info = RecordInfoOf(*array)) {
+    SetRecordInfo(*array, nullptr);
+    info->Release();
+  }
+  if ((array->fFeatures & kLentMemory) != 0) return;
+  std::free(array->pvData);
   FreeDescriptor(array);
 }
 
@@ -168,15 +185,16 @@ HRESULT SafeArrayDestroy(SAFEARRAY* array) {
   if (array->cLocks != 0) return DISP_E_ARRAYISLOCKED;
   // Locked while elements end: an object among them may reach this array.
   array->cLocks = 1;
-  if (array->pvData != nullptr) ReleaseElements(*array, 0, CellCount(*array));
-  array->cLocks = 0;
-  if (IRecordInfo* info = RecordInfoOf(*array)) {
-    SetRecordInfo(*array, nullptr);
-    info->Release();
+  const bool nests = (array->fFeatures & (FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT)) != 0;
+  if (nests && (array->fFeatures & kLentMemory) == 0) {
+    // What such an array needs in order to wait lies where its type is told.
+    auto* const entry = static_cast<WaitingEnd*>(static_cast<void*>(HiddenEnd(*array) - kHiddenBytes));
+    EndInTurn(entry, [](WaitingEnd* waiting) noexcept {
+      EndArray(reinterpret_cast<SAFEARRAY*>(reinterpret_cast<char*>(waiting) + kHiddenBytes));
+    });
+  } else {
+    EndArray(array);
   }
-  if ((array->fFeatures & kLentMemory) != 0) return S_OK;
-  std::free(array->pvData);
-  FreeDescriptor(array);
   return S_OK;
 }
 
@@ -239,16 +257,23 @@ HRESULT SafeArrayGetRecordInfo(SAFEARRAY* array, IRecordInfo** info) {
 // 65536th lock.
 HRESULT SafeArrayLock(SAFEARRAY* array) {
   if (array == nullptr) return E_INVALIDARG;
-  if (array->cLocks >= kMostLocks) return E_UNEXPECTED;
-  ++array->cLocks;
+  // Threads that read one array count their locks side by side.
+  const std::atomic_ref<ULONG> locks(array->cLocks);
+  ULONG count = locks;
+  do {
+    if (count >= kMostLocks) return E_UNEXPECTED;
+  } while (!locks.compare_exchange_weak(count, count + 1));
   return S_OK;
 }
 
 // Takes one lock away; E_UNEXPECTED when there is none.
 HRESULT SafeArrayUnlock(SAFEARRAY* array) {
   if (array == nullptr) return E_INVALIDARG;
-  if (array->cLocks == 0) return E_UNEXPECTED;
-  --array->cLocks;
+  const std::atomic_ref<ULONG> locks(array->cLocks);
+  ULONG count = locks;
+  do {
+    if (count == 0) return E_UNEXPECTED;
+  } while (!locks.compare_exchange_weak(count, count - 1));
   return S_OK;
 }
 

@@ -2,6 +2,7 @@
 // re-dimensioning many. What fails midway releases what it had made.
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "platform/automation/safe_array.h"
 #include "platform/automation/variant.h"
@@ -46,7 +47,8 @@ void ReleaseElements(SAFEARRAY& array, std::size_t first, std::size_t count) noe
     if ((array.fFeatures & FADF_BSTR) != 0) {
       SysFreeString(*reinterpret_cast<BSTR*>(element));
     } else if ((array.fFeatures & (FADF_UNKNOWN | FADF_DISPATCH)) != 0) {
-      if (IUnknown* object = *reinterpret_cast<IUnknown**>(element)) object->Release();
+      // Away before it ends: its end may read this element.
+      if (IUnknown* object = std::exchange(*reinterpret_cast<IUnknown**>(element), nullptr)) object->Release();
     } else if ((array.fFeatures & FADF_VARIANT) != 0) {
       VariantClear(reinterpret_cast<VARIANT*>(element));
     } else if (info != nullptr) {
@@ -94,6 +96,15 @@ HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy) {
   if (!SizeIsPossible(*array)) return E_INVALIDARG;
   SAFEARRAY* made = CopyDescriptor(*array);
   if (made == nullptr) return E_OUTOFMEMORY;
+  // Counting a reference may run an object's code, which must not end the source.
+  const bool calls_objects = (made->fFeatures & (FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT | FADF_RECORD)) != 0;
+  if (calls_objects) {
+    const HRESULT locked = SafeArrayLock(array);
+    if (FAILED(locked)) {
+      SafeArrayDestroy(made);
+      return locked;
+    }
+  }
   const std::size_t cells = CellCount(*array);
   HRESULT result = S_OK;
   if (array->pvData != nullptr) {
@@ -108,6 +119,7 @@ HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy) {
       result = CopyElement(*made, AddressOf(*array, cell), AddressOf(*made, cell));
     }
   }
+  if (calls_objects) SafeArrayUnlock(array);
   if (FAILED(result)) {
     SafeArrayDestroy(made);  // cells not reached are zero
     return result;

@@ -136,13 +136,17 @@ HRESULT Duplicate(const VARIANT& from, VARIANT* copy) noexcept {
 }
 
 HRESULT ReplaceValue(VARIANT* to, VARIANT* owned) noexcept {
-  // The new value is in our hands, so what the old one's end sets off does no
-  // harm to it.
-  const HRESULT result = VariantClear(to);
-  if (FAILED(result)) return result;
+  // Stored before the old one ends, which may write a value of its own here: that
+  // one is the later, and nothing is lost.
+  VARIANT old = *to;
   *to = *owned;
-  owned->vt = VT_EMPTY;
-  return S_OK;
+  const HRESULT result = VariantClear(&old);
+  if (SUCCEEDED(result)) {
+    owned->vt = VT_EMPTY;
+  } else {
+    *to = old;
+  }
+  return result;
 }
 
 }  // namespace Orvix

@@ -52,7 +52,7 @@ HRESULT ChangeInterface(IUnknown* object, VARTYPE type, VARIANT* to) {
   void* found = nullptr;
   if (object != nullptr) {
     const HRESULT result = object->QueryInterface(type == VT_DISPATCH ? IID_IDispatch : IID_IUnknown, &found);
-    if (FAILED(result)) return result;
+    if (FAILED(result)) return result;  // whatever it left in the place
   }
   if (type == VT_DISPATCH) {
     to->pdispVal = static_cast<IDispatch*>(found);

@@ -121,15 +121,17 @@ class Listings {
   const Listing* Make(int descriptor, const struct stat& directory) {
     if (!IsLocal(descriptor) || !Start()) return nullptr;
     const std::string path = "/proc/self/fd/" + std::to_string(descriptor);
-    const int watch = inotify_add_watch(
-        queue_, path.c_str(), IN_CREATE | IN_DELETE | IN_MOVE | IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_ONLYDIR);
+    const int watch =
+        inotify_add_watch(queue_, path.c_str(),
+                          IN_CREATE | IN_DELETE | IN_MOVE | IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_ONLYDIR);
     if (watch < 0) return nullptr;
     Forget(watch);
     Listing made{directory.st_dev, directory.st_ino, watch, {}};
     const OpenedDirectory opened = OpenDirectory(descriptor, ".");
     const bool whole = opened != nullptr && ReadNames(opened.get(), [&](std::string_view name) {
-                         if (made.names.size() <= kMostNames) made.names.emplace(Folded(name), name);
-                       }) == 0;
+                                              if (made.names.size() <= kMostNames)
+                                                made.names.emplace(Folded(name), name);
+                                            }) == 0;
     if (!whole || made.names.size() > kMostNames) {
       inotify_rm_watch(queue_, watch);
       return nullptr;
@@ -180,8 +182,8 @@ class Listings {
   }
 
   void Take(const inotify_event& notice) {
-    const auto listing =
-        std::find_if(listings_.begin(), listings_.end(), [&](const Listing& known) { return known.watch == notice.wd; });
+    const auto listing = std::find_if(listings_.begin(), listings_.end(),
+                                      [&](const Listing& known) { return known.watch == notice.wd; });
     if (listing == listings_.end()) return;
     if ((notice.mask & (IN_CREATE | IN_MOVED_TO)) != 0) {
       listing->Add(notice.name);

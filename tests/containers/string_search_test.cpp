@@ -37,7 +37,7 @@ TEST(StringSearch, FindsTheFirstMatchFromAPositionOn) {
       {u"", u"a", 1, 0, 0},
       {u"Hello world", u"H", 0, 1, 1},
       {u"Hello world", u"e", -5, 2, 2},
-      {u"Hello world", u"e", kSmallest, 2, 2},
+      {u"Hello world", u"e", kSmallest, 0, 2},
       {u"Hello world", u"e", kLargest, 0, 0},
       {u"aaab", u"aab", 1, 2, 2},
       {u"abababac", u"abac", 1, 5, 5},

@@ -267,7 +267,7 @@ TEST_F(DirectoryTest, TheDateFilterIncludesBothEnds) {
   EXPECT_EQ(Count(), 3);
 }
 
-TEST_F(DirectoryTest, ANullBoundPassesNothingAndBothAreConverted) {
+TEST_F(DirectoryTest, ANullBoundPassesNothingElseBothAreConverted) {
   files_.Write("file", "x");
   files_.MakeDirectory("dir");
   files_.Touch("file", 2002, 11, 15, 0, 0, 0);
@@ -278,6 +278,9 @@ TEST_F(DirectoryTest, ANullBoundPassesNothingAndBothAreConverted) {
   Variant late{TextView(u"2002-11-30")};
   Variant bad{TextView(u"no date")};
   Variant absent;
+  Variant array;
+  array.Address()->parray = SafeArrayCreateVector(VT_UI1, 0, 1);
+  array.Address()->vt = VT_ARRAY | VT_UI1;
   const auto reference = [](VARIANT* to) { return ByReference(VT_VARIANT, to); };
   const struct {
     const char* label;
@@ -296,9 +299,10 @@ TEST_F(DirectoryTest, ANullBoundPassesNothingAndBothAreConverted) {
       {"Null end behind a reference", early.get(), reference(&null), 0},
       {"dates behind references", reference(early.Address()), reference(late.Address()), 1},
       {"absent behind a reference", reference(absent.Address()), late.get(), 1},
-      {"bad end with a Null start", null, bad.get(), -1},
+      {"bad end with a Null start", null, bad.get(), 0},
       {"bad end after a start that fails", late.get(), bad.get(), -1},
-      {"bad start with a Null end", bad.get(), null, -1},
+      {"bad start with a Null end", bad.get(), null, 0},
+      {"an array", array.get(), absent.get(), -1},
   };
   for (const auto& c : cases) {
     VARIANT from = c.from;

@@ -5,6 +5,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <limits>
+
 #include "tests/support/component.h"
 #include "tests/support/file_calls.h"
 #include "tests/support/native_directory.h"
@@ -225,6 +227,7 @@ TEST_F(FilenameOnDiskTest, ShortenedNamesHaveTwoCharactersMoreOrKeepTheirName) {
       {kLong, 10, u"C:\\..\\library.dll"},
       {kLong, 0, u"C:\\..\\library.dll"},
       {kLong, -5, u"C:\\..\\library.dll"},
+      {kLong, std::numeric_limits<LONG>::min(), u"C:\\..\\library.dll"},
       {u"\\\\server\\share\\a\\b\\c\\d\\e\\file.txt", 20, u"\\\\server\\..\\file.txt"},
       {u"a-long-name-without-a-path.txt", 3, u"a-long-name-without-a-path.txt"},
       {u"a-long-name-without-a-path.txt", -1, u"a-long-name-without-a-path.txt"},

@@ -89,6 +89,13 @@ TEST_F(PathsTest, ExistenceTestsDifferInWhatTheyAdmit) {
   EXPECT_TRUE(DirExists(u"Z:"));
   EXPECT_FALSE(DirExists(files_.Name(u"\\none")));
   EXPECT_FALSE(DirExists(u"Q:\\"));
+  files_.MakeDirectory("closed");
+  chmod(files_.Native("closed").c_str(), 0);
+  chmod(files_.Native("").c_str(), 0755);
+  {
+    const OrdinaryUser ordinary;
+    EXPECT_TRUE(DirExists(files_.Name(u"\\closed\\")));  // it may not be read, yet it is there
+  }
   EXPECT_TRUE(FileExists(files_.Name(u"\\A.TXT")));
   EXPECT_TRUE(FileExists(files_.Name(u"\\.hidden")));
   EXPECT_FALSE(FileExists(files_.Name(u"\\a*")));
@@ -164,6 +171,9 @@ TEST_F(PathsTest, MakeDirGoesBelowAShare) {
   EXPECT_EQ(MakeDir(u"//srv/shr/n3"), S_OK);
   EXPECT_EQ(MakeDir(u"\\\\srv\\shr"), S_OK);
   EXPECT_EQ(MakeDir(u"\\\\srv"), S_OK);  // a server is never made
+  files_.Write("share/f", "x");
+  EXPECT_FALSE(FileExists(u"\\\\srv\\shr"));  // a directory, whatever it holds
+  EXPECT_TRUE(FileExists(u"\\\\srv\\shr\\f"));
   EXPECT_EQ(OxMapShare(u"\\\\srv\\shr", nullptr), S_OK);
   EXPECT_TRUE(files_.Has("share/n1/n2"));
   EXPECT_TRUE(files_.Has("share/n3"));

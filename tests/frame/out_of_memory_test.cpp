@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 #include <limits>
 #include <new>
+#include <utility>
 
+#include "frame/classes.h"
 #include "tests/support/component.h"
 #include "tests/support/recording_host.h"
 
@@ -42,16 +45,27 @@ void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
 void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
 void operator delete[](void* block, const std::nothrow_t&) noexcept { std::free(block); }
 
+// The component's texts; the bytes count as those of any allocation.
+BSTR SysAllocStringLen(const OLECHAR* text, UINT units) {
+  const std::size_t bytes = std::size_t{units} * sizeof(OLECHAR);
+  if (bytes >= failing_from && failures_left > 0) {
+    --failures_left;
+    ++failed;
+    return nullptr;
+  }
+  return SysAllocStringByteLen(reinterpret_cast<const char*>(text), static_cast<UINT>(bytes));
+}
+
 namespace Orvix::testing {
 namespace {
 
 // The texts of these tests have 2000 units and more; those of an error are short.
 class LongTextsFail {
  public:
-  explicit LongTextsFail(int times = std::numeric_limits<int>::max()) {
+  explicit LongTextsFail(int times = std::numeric_limits<int>::max(), std::size_t bytes = 2000) {
     failed = 0;
     failures_left = times;
-    failing_from = 2000;
+    failing_from = bytes;
   }
   ~LongTextsFail() { failing_from = kNone; }
   LongTextsFail(LongTextsFail&&) = delete;
@@ -102,22 +116,56 @@ TEST_F(OutOfMemoryTest, PassesThroughAsError7) {
   EXPECT_EQ(Returned([&](BSTR* result) { return filename_->get_Path(result); }), u"C:\\d\\");
 }
 
+// A count is written with its result or not at all.
 TEST_F(OutOfMemoryTest, IsReportedAndFallsBack) {
-  const BstrHandle list(long_);
-  const BstrHandle element(u"e");
+  BSTR list = NewBstr(long_ + u" ");
+  BSTR wanted = NewBstr(u"x");
   const BstrHandle comma(u",");
-  BstrHandle joined;
-  HRESULT result = E_FAIL;
-  {
-    const LongTextsFail fail(1);  // there is room again for what the member falls back to
-    result = orvix_->AddElement(list.get(), element.get(), comma.get(), joined.Receive());
-    EXPECT_GT(failed, 0);
+  const BstrHandle space(u" ");
+  const ComPtr<_classString> buffer = component::NewObject<_classString>();
+  ASSERT_EQ(buffer->put_Value(&list), S_OK);
+  LONG count = 99;
+  VARIANT_BOOL no = VARIANT_FALSE;
+  const struct {
+    TextView report;
+    std::function<HRESULT(BSTR*)> call;
+    TextView fallback;
+    LONG count;  // 99: not written
+  } members[] = {
+      {u"AddItemToList", [&](BSTR* r) { return orvix_->AddElement(list, wanted, comma.get(), r); }, ViewOf(list), 99},
+      {u"GetElement", [&](BSTR* r) { return orvix_->GetElement(list, 1, comma.get(), r); }, u"", 99},
+      {u"DeleteElement", [&](BSTR* r) { return orvix_->DeleteElement(list, 2, space.get(), r); }, ViewOf(list), 99},
+      {u"SuperRTrim", [&](BSTR* r) { return orvix_->SuperRTrim(list, &count, r); }, ViewOf(list), 0},
+      {u"SuperLTrim", [&](BSTR* r) { return orvix_->SuperLTrim(list, &count, &no, r); }, ViewOf(list), 0},
+      {u"replacing", [&](BSTR* r) { return orvix_->MyReplace(list, wanted, wanted, &no, &count, r); }, ViewOf(list),
+       99},
+      {u"GetElement", [&](BSTR* r) { return buffer->GetElement(1, comma.get(), r); }, u"", 99},
+  };
+  for (const auto& member : members) {
+    const auto call = [&](LongTextsFail&&) {
+      BstrHandle result;
+      count = 99;
+      host_.boxes.clear();
+      const HRESULT done = member.call(result.Receive());
+      EXPECT_GT(failed, 0);
+      return std::pair(done, Text(result.View()));
+    };
+    const auto name = ToUtf8(member.report);
+    EXPECT_EQ(call(LongTextsFail(1)), std::pair(S_OK, Text(member.fallback))) << name;
+    EXPECT_EQ(count, member.count) << name;
+    ASSERT_EQ(host_.boxes.size(), 1u) << name;
+    EXPECT_EQ(host_.boxes[0].text, Text(u"Error ").append(member.report).append(u".\r\nOut of memory"));
+    // No room for the report's own text either: its fixed part is shown.
+    EXPECT_EQ(call(LongTextsFail(2, 60)), std::pair(S_OK, Text(member.fallback))) << name;
+    ASSERT_EQ(host_.boxes.size(), 1u) << name;
+    EXPECT_EQ(host_.boxes[0].text, Text(u"Error ").append(member.report).append(u"."));
+    if (member.fallback.empty()) continue;
+    EXPECT_EQ(call(LongTextsFail()), std::pair(kOutOfMemory, Text())) << name;
+    EXPECT_EQ(count, 99) << name;
+    TakeFailure();
   }
-  EXPECT_EQ(result, S_OK);
-  EXPECT_EQ(joined.View(), long_);
-  ASSERT_EQ(host_.boxes.size(), 1u);
-  EXPECT_EQ(host_.boxes[0].text, u"Error AddItemToList.\r\nOut of memory");
-  EXPECT_EQ(TakeFailure(), (Failure{u"(none)", u"(none)"}));
+  SysFreeString(list);
+  SysFreeString(wanted);
 }
 
 TEST_F(OutOfMemoryTest, IsTranslatedWithItsDescription) {

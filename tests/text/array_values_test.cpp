@@ -151,7 +151,7 @@ TEST_F(ArrayValuesTest, ReportsWhatCannotBeCompared) {
       {"an object", dispatch, u"Type mismatch"},
       {"Nothing", nothing, u"Type mismatch"},
       {"an object without names", unknown, u"Type mismatch"},
-      {"an array", array, u"Variable uses a type not supported in Visual Basic"},
+      {"an array", array, u"Variable uses a type that Automation does not support"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.label);

@@ -138,8 +138,16 @@ TEST_F(ArraysTest, ACollectionHoldsObjectsUnderTheirKeys) {
   EXPECT_EQ(InvokeNamed(collection.get(), u"Remove", DISPATCH_METHOD, {I4(1)}), S_OK);  // it held itself
 }
 
+struct NamelessObject final : IUnknown {
+  LONG references = 1;
+  HRESULT QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+  ULONG AddRef() override { return static_cast<ULONG>(++references); }
+  ULONG Release() override { return static_cast<ULONG>(--references); }
+};
+
 TEST_F(ArraysTest, ACollectionIsAskedForItsItem) {
   ScriptedObject item;
+  NamelessObject nameless;
   ScriptedObject collection;
   const auto gives = [&](VARTYPE type, IUnknown* object) {
     collection.Gives(u"Item", [=](const ScriptedObject::Arguments&) {
@@ -158,7 +166,8 @@ TEST_F(ArraysTest, ACollectionIsAskedForItsItem) {
   } cases[] = {
       {"an object", VT_DISPATCH, &item, true},
       {"no object", VT_DISPATCH, nullptr, true},
-      {"an object without names", VT_UNKNOWN, &item, true},
+      {"an object that tells its names", VT_UNKNOWN, &item, true},
+      {"an object without names", VT_UNKNOWN, &nameless, false},
       {"none without names", VT_UNKNOWN, nullptr, true},
       {"Empty", VT_EMPTY, nullptr, false},
       {"Null", VT_NULL, nullptr, false},
@@ -169,6 +178,7 @@ TEST_F(ArraysTest, ACollectionIsAskedForItsItem) {
     EXPECT_EQ(Holds(&collection, u"key"), c.held) << c.label;
     EXPECT_EQ(collection.log, std::vector<std::string>{"get Item BSTR key"}) << c.label;
     EXPECT_EQ(item.references, 1) << c.label;
+    EXPECT_EQ(nameless.references, 1) << c.label;
     collection.log.clear();
   }
   gives(VT_DISPATCH, &item);

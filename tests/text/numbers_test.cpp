@@ -173,7 +173,11 @@ TEST_F(NumbersTest, WhatHasNoTextIsATypeMismatch) {
   array.parray = *longs.Address();
   VARIANT nothing = Empty();
   nothing.vt = VT_DISPATCH;
-  for (VARIANT* value : {&array, &nothing}) {
+  VARIANT bytes = Empty();
+  SafeArray two_bytes(VT_UI1, 0, 2);
+  bytes.vt = VT_ARRAY | VT_UI1;
+  bytes.parray = *two_bytes.Address();
+  for (VARIANT* value : {&array, &bytes, &nothing}) {
     BSTR text = nullptr;
     EXPECT_EQ(orvix_->MyStr(value, &text), kTypeMismatchResult);
     EXPECT_EQ(TakeFailure(), (Failure{u"Orvix.classOrvix", u"Type mismatch"}));

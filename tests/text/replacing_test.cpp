@@ -105,6 +105,10 @@ TEST_F(ReplacingTest, PairsStayWholeInLongTexts) {
     EXPECT_EQ(ReplaceNoCase(filling + u"\U00010428" + filling, u"\U00010400", u"D"),
               (Replaced{filling + u"D" + filling, 1}))
         << before;
+    // A high one in front of the pair belongs to none.
+    EXPECT_EQ(ReplaceNoCase(filling + u"\xD801" + u"\U00010428" + filling, u"\U00010428", u"D"),
+              (Replaced{filling + u"\xD801" + u"D" + filling, 1}))
+        << before;
   }
 }
 

@@ -1,0 +1,153 @@
+// Storing and reading while others do the same, while files grow, and where the
+// system refuses in the middle.
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
+
+#include "orvix/orvix.hpp"
+#include "tests/support/file_calls.h"
+#include "tests/support/native_directory.h"
+
+namespace Orvix::testing {
+namespace {
+
+// The number that a call fails with, 0 for none.
+template <class Call>
+LONG NumberOf(Call&& call) {
+  try {
+    call();
+  } catch (const Error& error) {
+    return error.Number();
+  }
+  return 0;
+}
+
+// No file may become larger than this while it lives.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit{bytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
+
+ private:
+  rlimit before_{};
+};
+
+class StoringFaultsTest : public ::testing::Test {
+ protected:
+  ~StoringFaultsTest() override {
+    for (SHORT number = 1; number <= 9; ++number) OxCloseFile(number);
+  }
+  [[nodiscard]] Filename Named(TextView name) const { return Filename(directory_.Name(Text(u"\\").append(name))); }
+  [[nodiscard]] std::ptrdiff_t Entries() const {
+    return std::distance(std::filesystem::directory_iterator(directory_.Native("")), {});
+  }
+
+  NativeDirectory directory_;
+};
+
+TEST_F(StoringFaultsTest, ThreadsGetNumbersOfTheirOwn) {
+  std::atomic<int> failures = 0;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&, name = Named(FromUtf8(std::to_string(i)))] {
+      for (int round = 0; round < 1500; ++round) {
+        const LONG number = NumberOf([&] {
+          Global().StoreData(name, "content");
+          if (name.GetFile() != "content") ++failures;
+        });
+        if (number != 0) ++failures;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(failures, 0);
+}
+
+TEST_F(StoringFaultsTest, AFileIsMadeByOneAndKeptByTheOther) {
+  for (int round = 0; round < 300; ++round) {
+    const Text name = FromUtf8(std::to_string(round));
+    std::thread other([&] { Named(name).CreateFile(Text(3000, u'o')); });
+    Named(name).CreateFile(Text(2000, u't'));
+    other.join();
+    const std::string content = directory_.Read(ToUtf8(name));
+    EXPECT_TRUE(content == std::string(3000, 'o') || content == std::string(2000, 't')) << content.size();
+  }
+  EXPECT_EQ(Entries(), 300);
+}
+
+TEST_F(StoringFaultsTest, WhatCannotBeStoredWholeLeavesTheOldFile) {
+  directory_.Write("old", "old content");
+  const Array<BYTE> bytes(std::vector<BYTE>(5000, BYTE{1}));
+  {
+    const FileSizeLimit limit(1000);
+    EXPECT_NE(NumberOf([&] { Global().StoreData(Named(u"old"), Text(5000, u'n')); }), 0);
+    EXPECT_NE(NumberOf([&] { Global().StoreBinaryData(Named(u"old"), bytes); }), 0);
+    EXPECT_EQ(NumberOf([&] { Named(u"new").CreateFile(Text(5000, u'n')); }), 61203);
+  }
+  EXPECT_EQ(directory_.Read("old"), "old content");
+  for (SHORT number = 1; number <= 9; ++number) OxCloseFile(number);
+  EXPECT_EQ(directory_.Read("old"), "old content");
+  EXPECT_EQ(Entries(), 1);
+}
+
+TEST_F(StoringFaultsTest, AStoredFileKeepsItsPlace) {
+  directory_.Write("file", "old");
+  chmod(directory_.Native("file").c_str(), 0640);
+  directory_.Write("first", "old");
+  std::filesystem::create_hard_link(directory_.Native("first"), directory_.Native("second"));
+  std::filesystem::create_symlink("file", directory_.Native("link"));
+  Global().StoreData(Named(u"link"), "new");
+  Global().StoreData(Named(u"second"), "new");
+  EXPECT_EQ(directory_.Read("file"), "new");
+  EXPECT_TRUE(std::filesystem::is_symlink(directory_.Native("link")));
+  EXPECT_EQ(directory_.Read("first"), "new");
+  struct stat facts {};
+  stat(directory_.Native("file").c_str(), &facts);
+  EXPECT_EQ(facts.st_mode & 07777, 0640U);
+  EXPECT_EQ(Entries(), 4);
+}
+
+TEST_F(StoringFaultsTest, AReaderThatGoesAwayIsAnError) {
+  ASSERT_EQ(mkfifo(directory_.Native("pipe").c_str(), 0600), 0);
+  std::thread reader([&] { close(open(directory_.Native("pipe").c_str(), O_RDONLY | O_CLOEXEC)); });
+  EXPECT_NE(NumberOf([&] { Global().StoreData(Named(u"pipe"), Text(1 << 20, u'x')); }), 0);
+  reader.join();
+}
+
+TEST_F(StoringFaultsTest, GrowthIsNoFailure) {
+  EXPECT_EQ(Filename("Z:\\proc\\self\\status").GetFile(), "");  // its length says 0
+  std::atomic<bool> stop = false;
+  directory_.Write("log", "x");
+  std::thread writer([&] {
+    const int file = open(directory_.Native("log").c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+    while (!stop && write(file, "xxxxxxxx", 8) == 8 && lseek(file, 0, SEEK_CUR) < 4 << 20) {
+    }
+    close(file);
+  });
+  const Filename log = Named(u"log");
+  std::size_t last = 0;
+  for (int round = 0; round < 200; ++round) {
+    const Text text = Text(log.GetFile().View());
+    EXPECT_GE(text.size(), last);
+    EXPECT_EQ(text.find_first_not_of(u'x'), Text::npos);
+    last = text.size();
+  }
+  stop = true;
+  writer.join();
+  EXPECT_EQ(LowestFree(), 1);
+}
+
+}  // namespace
+}  // namespace Orvix::testing
