@@ -1,5 +1,7 @@
 // The text buffer as a record of a binary file: its length in 4 bytes if so
 // wished, then the content and the one byte after it.
+#include <algorithm>
+
 #include "containers/size_keeper.h"
 #include "frame/modErrorCodes.h"
 
@@ -8,6 +10,7 @@ namespace Orvix::component {
 namespace {
 
 constexpr LONG kPrefixBytes = 4;
+constexpr LONG kShortRecord = 1 << 20;
 
 void PutBytes(SHORT file_number, const void* bytes, LONG count) { CheckRuntime(OxPutFile(file_number, bytes, count)); }
 
@@ -45,12 +48,13 @@ void classString::ReadFromFile(SHORT file_number, OptionalBool prefix_length) {
   LONG count = length;
   if (prefix_length) GetPrefix(file_number, count);
   if (count < 0) RaiseRuntimeError(kSubscriptOutOfRange);
-  SizeKeeper keeper(*this);
-  if (count > bufferSize && !TryRedimension(count, false)) {
-    // Too much for the memory, and for the file: no length at all.
-    if (prefix_length && !FileHolds(file_number, count)) RaiseRuntimeError(kSubscriptOutOfRange);
-    throw std::bad_alloc();
+  // A record that was cut short is read as far as it goes; a length far beyond
+  // its file is none, and no memory is made ready for it.
+  if (prefix_length && count > std::max(bufferSize, kShortRecord) && !FileHolds(file_number, count)) {
+    RaiseRuntimeError(kSubscriptOutOfRange);
   }
+  SizeKeeper keeper(*this);
+  if (count > bufferSize) Redimension(count);
   GetBytes(file_number, buffer.data(), count + 1);
   length = count;
   FillBytes(length + 1, bufferSize + 1, 0);

@@ -12,6 +12,7 @@ namespace {
 // last region stays free, so that the end of a block is below 2^31 as well.
 constexpr std::size_t kFirstRegion = 0x0800;
 constexpr std::size_t kEndRegion = kRegionCount - 1;
+constexpr std::size_t kWord = 64;
 
 constexpr int kAccess = PROT_READ | PROT_WRITE;
 constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE;
@@ -29,26 +30,61 @@ void* MapAt(void* wanted, std::size_t bytes) {
 
 }  // namespace
 
-void LowPages::Mark(std::size_t region, std::size_t count, bool used) noexcept {
-  for (std::size_t i = region; i < region + count; ++i) used_[i] = used;
+void LowPages::Mark(Regions& regions, std::size_t region, std::size_t count, bool taken) noexcept {
+  for (std::size_t i = region; i < region + count; ++i) {
+    const std::uint64_t bit = std::uint64_t{1} << i % kWord;
+    regions[i / kWord] = taken ? regions[i / kWord] | bit : regions[i / kWord] & ~bit;
+  }
 }
 
-// From the top down over runs of `count` regions within [first, end).
-void* LowPages::MapAmong(std::size_t first, std::size_t end, std::size_t count, std::size_t bytes,
-                         bool* exhausted) noexcept {
+bool LowPages::IsTaken(std::size_t region) const noexcept {
+  return ((used_[region / kWord] | foreign_[region / kWord]) >> region % kWord & 1) != 0;
+}
+
+// The first region of the highest run of `count` free ones, 0 without one. Always
+// the highest: what was given back is used again before new ground, and the runs
+// that grow together below stay long.
+std::size_t LowPages::HighestRun(std::size_t count) const noexcept {
   std::size_t run = 0;
-  for (std::size_t region = end; region-- > first;) {
-    run = used_[region] ? 0 : run + 1;
-    if (run < count) continue;
+  for (std::size_t region = kEndRegion; region-- > kFirstRegion;) {
+    if (region % kWord == kWord - 1) {
+      const std::uint64_t word = used_[region / kWord] | foreign_[region / kWord];
+      if (word == ~std::uint64_t{0} || (word == 0 && run + kWord < count)) {
+        run = word == 0 ? run + kWord : 0;
+        region -= kWord - 1;
+        continue;
+      }
+    }
+    run = IsTaken(region) ? 0 : run + 1;
+    if (run == count) return region;
+  }
+  return 0;
+}
+
+// Looks which region of a run something else of the process lies in.
+bool LowPages::NoteForeign(std::size_t region, std::size_t count) noexcept {
+  for (std::size_t i = region; i < region + count; ++i) {
+    void* const start = MapAt(AddressOf(i), kRegionBytes);
+    if (start != MAP_FAILED) {
+      munmap(start, kRegionBytes);
+      continue;
+    }
+    Mark(foreign_, i, 1, true);
+    return true;
+  }
+  return false;
+}
+
+void* LowPages::MapRun(std::size_t bytes, bool* exhausted) noexcept {
+  const std::size_t count = RegionsOf(bytes);
+  while (const std::size_t region = HighestRun(count)) {
     void* const start = MapAt(AddressOf(region), bytes);
     if (start != MAP_FAILED) {
-      Mark(region, count, true);
-      cursor_ = region;
+      Mark(used_, region, count, true);
       return start;
     }
-    // Something else of the process lies there: try one region further down.
     *exhausted = errno != EEXIST && errno != EPERM;
-    if (*exhausted) return nullptr;
+    if (*exhausted || !NoteForeign(region, count)) return nullptr;
   }
   return nullptr;
 }
@@ -57,15 +93,17 @@ void* LowPages::Map(std::size_t bytes) noexcept {
   const std::size_t count = RegionsOf(bytes);
   if (count == 0 || count > kEndRegion - kFirstRegion) return nullptr;
   bool exhausted = false;
-  void* start = nullptr;
-  if (cursor_ > kFirstRegion) start = MapAmong(kFirstRegion, cursor_, count, bytes, &exhausted);
-  if (start == nullptr && !exhausted) start = MapAmong(kFirstRegion, kEndRegion, count, bytes, &exhausted);
+  void* start = MapRun(bytes, &exhausted);
+  if (start == nullptr && !exhausted) {
+    foreign_ = {};  // it may be gone by now
+    start = MapRun(bytes, &exhausted);
+  }
   return start;
 }
 
 void LowPages::Unmap(void* start, std::size_t bytes) noexcept {
   munmap(start, bytes);
-  Mark(RegionOf(start), RegionsOf(bytes), false);
+  Mark(used_, RegionOf(start), RegionsOf(bytes), false);
 }
 
 void* LowPages::Resize(void* start, std::size_t old_bytes, std::size_t new_bytes) noexcept {
@@ -74,10 +112,10 @@ void* LowPages::Resize(void* start, std::size_t old_bytes, std::size_t new_bytes
   const std::size_t new_count = RegionsOf(new_bytes);
   if (new_count > kEndRegion - kFirstRegion) return nullptr;
   bool has_room = region + new_count <= kEndRegion;
-  for (std::size_t i = region + old_count; has_room && i < region + new_count; ++i) has_room = !used_[i];
+  for (std::size_t i = region + old_count; has_room && i < region + new_count; ++i) has_room = !IsTaken(i);
   if (has_room && mremap(start, old_bytes, new_bytes, 0) != MAP_FAILED) {
-    Mark(region, std::max(old_count, new_count), false);
-    Mark(region, new_count, true);
+    Mark(used_, region, std::max(old_count, new_count), false);
+    Mark(used_, region, new_count, true);
     return start;
   }
   // Pages move to a place that is held for them; nothing is copied.
@@ -86,10 +124,10 @@ void* LowPages::Resize(void* start, std::size_t old_bytes, std::size_t new_bytes
   if (mremap(start, old_bytes, new_bytes, MREMAP_MAYMOVE | MREMAP_FIXED, place) == MAP_FAILED) {
     // A failed move may have taken the place away already.
     munmap(place, new_bytes);
-    Mark(RegionOf(place), new_count, false);
+    Mark(used_, RegionOf(place), new_count, false);
     return nullptr;
   }
-  Mark(region, old_count, false);
+  Mark(used_, region, old_count, false);
   return place;
 }
 

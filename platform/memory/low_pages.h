@@ -2,7 +2,7 @@
 #ifndef ORVIX_PLATFORM_MEMORY_LOW_PAGES_H
 #define ORVIX_PLATFORM_MEMORY_LOW_PAGES_H
 
-#include <bitset>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -29,12 +29,17 @@ class LowPages {
   [[nodiscard]] void* Resize(void* start, std::size_t old_bytes, std::size_t new_bytes) noexcept;
 
  private:
-  [[nodiscard]] void* MapAmong(std::size_t first, std::size_t end, std::size_t count, std::size_t bytes,
-                               bool* exhausted) noexcept;
-  void Mark(std::size_t region, std::size_t count, bool used) noexcept;
+  // One bit for each region, the lowest in the lowest bit of the first word.
+  using Regions = std::array<std::uint64_t, kRegionCount / 64>;
 
-  std::bitset<kRegionCount> used_;
-  std::size_t cursor_ = 0;  // the search goes on below the last mapping
+  [[nodiscard]] std::size_t HighestRun(std::size_t count) const noexcept;
+  [[nodiscard]] void* MapRun(std::size_t bytes, bool* exhausted) noexcept;
+  [[nodiscard]] bool NoteForeign(std::size_t region, std::size_t count) noexcept;
+  [[nodiscard]] bool IsTaken(std::size_t region) const noexcept;
+  static void Mark(Regions& regions, std::size_t region, std::size_t count, bool taken) noexcept;
+
+  Regions used_{};
+  Regions foreign_{};  // what else the process had there when it was last looked at
 };
 
 }  // namespace Orvix

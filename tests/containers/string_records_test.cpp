@@ -89,7 +89,7 @@ TEST_F(StringRecord, CutRecordLeavesWhatTheFileLacks) {
 }
 
 TEST_F(StringRecord, ImpossiblePrefixIsError9) {
-  for (const char* prefix : {"\xff\xff\xff\xff", "\0\0\0\x80", "\xff\xff\xff\x7f", "\0\0\xff\x7f"}) {
+  for (const char* prefix : {"\xff\xff\xff\xff", "\0\0\0\x80", "\xff\xff\xff\x7f", "\0\0\xff\x7f", "\0\0\0\x70"}) {
     OpenOn(std::string(prefix, 4) + "some content");
     const Buffer buffer = BufferOf(u"kept");
     EXPECT_EQ(Read(buffer, VARIANT_TRUE), kOutside);

@@ -2,7 +2,9 @@
 // texts of identifiers; program identifiers; modules; new identifiers.
 #include "platform/automation/class_table.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -135,7 +137,18 @@ TEST_F(ClassTableTest, ARegistrationWinsOverANativeClassAndThatOverTheRegistry) 
 TEST_F(ClassTableTest, ALibraryWithoutTheEntryPointOrThatIsNoLibraryIsNotAClass) {
   const std::string text = directory_ + "/text.so";
   { std::ofstream(text) << "no library"; }
-  for (const Text& file : {FromUtf8(text), Text(u"libc.so.6"), Text(u""), FromUtf8(directory_)}) {
+  Dl_info own{};
+  ASSERT_NE(dladdr(reinterpret_cast<void*>(&SafeArrayLock), &own), 0);
+  const std::string cut = directory_ + "/cut.so";
+  const std::string shorter = directory_ + "/shorter.so";
+  std::filesystem::copy_file(own.dli_fname, cut);
+  std::filesystem::copy_file(own.dli_fname, shorter);
+  std::filesystem::resize_file(cut, std::filesystem::file_size(cut) / 3);
+  std::filesystem::resize_file(shorter, 100);
+  const std::string pipe = directory_ + "/pipe.so";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  for (const Text& file : {FromUtf8(text), Text(u"libc.so.6"), Text(u""), FromUtf8(directory_), FromUtf8(cut),
+                           FromUtf8(shorter), FromUtf8(pipe)}) {
     WriteClassesText(u"CLSID\\{0A1B2C3D-1111-2222-8333-44556677889A}\\InprocServer32", file);
     IUnknown* object = nullptr;
     EXPECT_EQ(Create(kOther, &object), REGDB_E_CLASSNOTREG);

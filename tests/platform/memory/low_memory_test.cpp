@@ -187,6 +187,22 @@ TEST(LowMemoryTest, ExhaustionGivesNullAndLosesNothing) {
   OxLowFree(large);
 }
 
+// 0.3 GB in use at any time, in blocks of 1 byte to 1 MiB that come and go.
+TEST(LowMemoryTest, LargeRunsStayWholeHoweverManyBlocksCameAndWent) {
+  std::mt19937 random(1);
+  std::vector<void*> blocks(600);
+  for (int i = 0; i < 10000; ++i) {
+    void*& block = blocks[random() % blocks.size()];
+    OxLowFree(block);
+    block = OxLowAlloc(std::size_t{1} << random() % 21);
+    ASSERT_NE(block, nullptr);
+  }
+  void* const large = OxLowAlloc(std::size_t{1} << 30);
+  EXPECT_NE(large, nullptr);
+  OxLowFree(large);
+  for (void* block : blocks) OxLowFree(block);
+}
+
 TEST(LowMemoryTest, SizesBeyondLowMemoryAreRefused) {
   EXPECT_EQ(OxLowAlloc(0x80000000u), nullptr);
   EXPECT_EQ(OxLowAlloc(SIZE_MAX), nullptr);
