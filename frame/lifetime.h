@@ -2,7 +2,11 @@
 #ifndef ORVIX_FRAME_LIFETIME_H
 #define ORVIX_FRAME_LIFETIME_H
 
+#include "frame/waiting_end.h"
+
 namespace Orvix::component {
+
+[[nodiscard]] EndsInTurn& EndsOfThisThread() noexcept;
 
 // Counts an object while it lives.
 class LiveObject {

@@ -13,7 +13,6 @@
 #include "frame/dispatch.h"
 #include "frame/lifetime.h"
 #include "frame/member_row.h"
-#include "frame/waiting_end.h"
 
 namespace Orvix::component {
 
@@ -116,7 +115,7 @@ class Object : public Interface,
     if constexpr (HoldsObjects<Plain>) {
       // The end of an item may take and drop references to this object, and call it.
       references_ = kEnding;
-      EndInTurn(this, [](WaitingEnd* entry) noexcept {
+      EndsOfThisThread().Run(this, [](WaitingEnd* entry) noexcept {
         auto* const self = static_cast<Object*>(entry);
         self->plain_.LetGo();
         delete static_cast<Facade*>(self);

@@ -12,36 +12,33 @@ struct WaitingEnd {
   void (*end)(WaitingEnd*) noexcept = nullptr;
 };
 
-namespace waiting_end_detail {
-struct Waiting {
-  int depth;
-  WaitingEnd* first;
-  WaitingEnd* last;
-};
-// Nothing is allocated for it, whichever library is loaded late.
-[[gnu::tls_model("initial-exec")]] inline thread_local Waiting waiting{};
-}  // namespace waiting_end_detail
+// The ends of one thread.
+class EndsInTurn {
+ public:
+  // Calls `end` with the entry, now or before the outermost end returns.
+  void Run(WaitingEnd* entry, void (*end)(WaitingEnd*) noexcept) noexcept {
+    if (depth_ == kDeepest) {
+      *entry = {nullptr, end};
+      (first_ == nullptr ? first_ : last_->next) = entry;
+      last_ = entry;
+      return;
+    }
+    ++depth_;
+    end(entry);
+    while (depth_ == 1 && first_ != nullptr) {
+      WaitingEnd* const next = first_;
+      first_ = next->next;
+      next->end(next);
+    }
+    --depth_;
+  }
 
-// Calls `end` with the entry, now or before the outermost end of this thread
-// returns.
-inline void EndInTurn(WaitingEnd* entry, void (*end)(WaitingEnd*) noexcept) noexcept {
-  constexpr int kDeepest = 32;
-  auto& waiting = waiting_end_detail::waiting;
-  if (waiting.depth == kDeepest) {
-    *entry = {nullptr, end};
-    (waiting.first == nullptr ? waiting.first : waiting.last->next) = entry;
-    waiting.last = entry;
-    return;
-  }
-  ++waiting.depth;
-  end(entry);
-  while (waiting.depth == 1 && waiting.first != nullptr) {
-    WaitingEnd* const next = waiting.first;
-    waiting.first = next->next;
-    next->end(next);
-  }
-  --waiting.depth;
-}
+ private:
+  static constexpr int kDeepest = 32;
+  int depth_ = 0;
+  WaitingEnd* first_ = nullptr;
+  WaitingEnd* last_ = nullptr;
+};
 
 }  // namespace Orvix
 

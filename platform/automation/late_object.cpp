@@ -66,6 +66,12 @@ HRESULT ReportNumber(LONG number, TextView source, EXCEPINFO* exception) noexcep
 
 }  // namespace
 
+EndsInTurn& EndsOfThisThread() noexcept {
+  // In the space that every thread has from its start: nothing is allocated.
+  [[gnu::tls_model("initial-exec")]] static constinit thread_local EndsInTurn ends;
+  return ends;
+}
+
 HRESULT LateObject::QueryInterface(REFIID riid, void** object) noexcept {
   if (object == nullptr) return E_POINTER;
   *object = riid == IID_IUnknown || riid == IID_IDispatch ? static_cast<IDispatch*>(this) : nullptr;
@@ -81,7 +87,7 @@ ULONG LateObject::Release() noexcept {
   if (left == 0) {
     // What it holds may take and drop references to it once more.
     references_ = 1U << 30;
-    EndInTurn(this, [](WaitingEnd* entry) noexcept { delete static_cast<LateObject*>(entry); });
+    EndsOfThisThread().Run(this, [](WaitingEnd* entry) noexcept { delete static_cast<LateObject*>(entry); });
   }
   return left;
 }

@@ -66,6 +66,8 @@ class LateObject : public IDispatch, private WaitingEnd {
   std::atomic<ULONG> references_ = 1;
 };
 
+[[nodiscard]] EndsInTurn& EndsOfThisThread() noexcept;
+
 struct LateRelease {
   void operator()(IUnknown* object) const noexcept { object->Release(); }
 };

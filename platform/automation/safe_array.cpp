@@ -9,7 +9,7 @@
 #include <cstring>
 #include <limits>
 
-#include "frame/waiting_end.h"
+#include "platform/automation/late_object.h"
 #include "platform/automation/variant.h"
 
 static_assert(sizeof(Orvix::WaitingEnd) <= Orvix::kHiddenBytes);
@@ -189,7 +189,7 @@ HRESULT SafeArrayDestroy(SAFEARRAY* array) {
   if (nests && (array->fFeatures & kLentMemory) == 0) {
     // What such an array needs in order to wait lies where its type is told.
     auto* const entry = static_cast<WaitingEnd*>(static_cast<void*>(HiddenEnd(*array) - kHiddenBytes));
-    EndInTurn(entry, [](WaitingEnd* waiting) noexcept {
+    EndsOfThisThread().Run(entry, [](WaitingEnd* waiting) noexcept {
       EndArray(reinterpret_cast<SAFEARRAY*>(reinterpret_cast<char*>(waiting) + kHiddenBytes));
     });
   } else {

@@ -62,7 +62,7 @@ TEST_F(StoringFaultsTest, ThreadsGetNumbersOfTheirOwn) {
   std::vector<std::thread> threads;
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&, name = Named(FromUtf8(std::to_string(i)))] {
-      for (int round = 0; round < 1500; ++round) {
+      for (int round = 0; round < 500; ++round) {
         const LONG number = NumberOf([&] {
           Global().StoreData(name, "content");
           if (name.GetFile() != "content") ++failures;
@@ -132,7 +132,7 @@ TEST_F(StoringFaultsTest, GrowthIsNoFailure) {
   directory_.Write("log", "x");
   std::thread writer([&] {
     const int file = open(directory_.Native("log").c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
-    while (!stop && write(file, "xxxxxxxx", 8) == 8 && lseek(file, 0, SEEK_CUR) < 4 << 20) {
+    while (!stop && write(file, "xxxxxxxx", 8) == 8 && lseek(file, 0, SEEK_CUR) < 1 << 17) {
     }
     close(file);
   });
