@@ -36,7 +36,8 @@ int StatusOf(TextView name, NativeName& native, struct stat& facts) {
   native = NameAsGiven(name);
   if (stat(native.path.c_str(), &facts) == 0) return 0;
   if (errno != ENOENT) return errno;
-  native = ResolveName(name);
+  native = ResolveName(name, /*looked_for=*/true);
+  if (native.is_missing) return ENOENT;
   return stat(native.path.c_str(), &facts) == 0 ? 0 : errno;
 }
 

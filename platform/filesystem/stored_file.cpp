@@ -67,7 +67,10 @@ class StoredFile : public OpenedFile {
   }
   void Close() override {
     if (spoiled_) return;
-    const int taken = staged_.Commit(name_.c_str(), replaces_);
+    // Nothing stood there when it was looked for: the name is taken at once, and
+    // what came in between is replaced as any other.
+    int taken = old_ == nullptr ? staged_.Commit(name_.c_str(), /*replace=*/false) : EEXIST;
+    if (taken == EEXIST && replaces_) taken = staged_.Commit(name_.c_str(), /*replace=*/true);
     if (taken != 0) FailWithErrno(taken, FileTask::kCreate);
     const int lost = staged_.Close();
     if (old_ != nullptr) old_->Close();

@@ -30,7 +30,7 @@ namespace Orvix {
 namespace {
 
 // A watch costs more than it gains where a reading is this short.
-constexpr std::size_t kSmallDirectory = 256;
+constexpr std::size_t kSmallDirectory = 64;
 constexpr std::size_t kMostNames = 1 << 19;  // kept in all
 constexpr std::size_t kMostDirectories = 64;
 
@@ -238,14 +238,14 @@ std::vector<std::string> OtherSpellings(int parent, const char* directory, std::
   int ignored = 0;
   int& error = unreadable != nullptr ? *unreadable : ignored;
   error = 0;
-  if (!HasCase(name)) return {};
-  const std::string folded = Folded(name);
-  Listings& listings = TheListings();
   struct stat facts;
   if (fstatat(parent, directory, &facts, 0) != 0) {
     error = errno;
     return {};
   }
+  if (!HasCase(name)) return {};
+  const std::string folded = Folded(name);
+  Listings& listings = TheListings();
   const std::lock_guard guard(listings.mutex);
   try {
     if (const Listing* const known = listings.Find(facts)) return Matches(*known, folded, name);

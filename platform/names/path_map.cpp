@@ -159,6 +159,24 @@ NativeName Walk(const SplitName& split) {
   return {Joined(std::move(path), split, split.components.size()), false, false};
 }
 
+// A name whose directory is there as it is given, which is nearly always so, and
+// which is not there itself. None where that is not all there is to know.
+std::optional<NativeName> InItsDirectory(const SplitName& split, const NativeName& as_given) {
+  const std::string& component = split.components.back();
+  const std::string above = Beginning(split, split.components.size() - 1);
+  const std::string directory = above.empty() ? (split.relative ? "" : "/") : above + "/";
+  int unreadable = 0;
+  const auto others = OtherSpellings(AT_FDCWD, directory.empty() ? "." : directory.c_str(), component, &unreadable);
+  if (unreadable != 0) return std::nullopt;
+  if (others.empty()) {
+    const std::string plain = WithoutDotsAndSpaces(component);
+    if (!plain.empty() && plain != component) return std::nullopt;
+    return NativeName{as_given.path, false, false, true};
+  }
+  if (IsThere(directory + component)) return as_given;  // a link that leads nowhere
+  return NativeName{directory + others.front() + (split.directory ? "/" : ""), false, false};
+}
+
 }  // namespace
 
 NativeName NameAsGiven(TextView name) {
@@ -166,12 +184,13 @@ NativeName NameAsGiven(TextView name) {
   return {Joined(split.base, split, 0), false, split.components.empty() && !split.relative};
 }
 
-NativeName ResolveName(TextView name) {
+NativeName ResolveName(TextView name, bool looked_for) {
   const SplitName split = Split(name);
   NativeName as_given{Joined(split.base, split, 0), false, split.components.empty() && !split.relative};
-  if (IsThere(as_given.path) || errno != ENOENT) return as_given;
+  if (!looked_for && (IsThere(as_given.path) || errno != ENOENT)) return as_given;
   if (split.drive != 0) MakeOwnDrive(split.drive);
   if (split.components.empty()) return as_given;
+  if (std::optional<NativeName> found = InItsDirectory(split, as_given)) return *std::move(found);
   return Walk(split);
 }
 

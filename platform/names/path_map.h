@@ -18,6 +18,7 @@ struct NativeName {
   std::string path;             // the bytes on disk; keeps a trailing "/", which asks for a directory
   bool parent_missing = false;  // a component before the last is not there
   bool is_root = false;         // of a drive, of a share or of the file system
+  bool is_missing = false;      // looked for in every spelling; where false it may be missing too
 };
 
 // The native name as the text says it, nothing looked up on disk. Errors: 52
@@ -27,8 +28,9 @@ struct NativeName {
 
 // The native name after looking its components up. A name whose last component
 // is missing keeps it as given, so that it can be created; so do the components
-// after a missing one. The errors of `NameAsGiven`.
-[[nodiscard]] NativeName ResolveName(TextView name);
+// after a missing one. `looked_for` says that nothing is there by the name as given.
+// The errors of `NameAsGiven`.
+[[nodiscard]] NativeName ResolveName(TextView name, bool looked_for = false);
 
 // The native name of something that exists or can be created: `ResolveName`,
 // with error 76 when a component before the last is missing.
