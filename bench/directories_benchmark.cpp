@@ -100,7 +100,11 @@ void MakeLevels(benchmark::State& state) {
   }
   state.SetComplexityN(state.range(0));
 }
-BENCHMARK(MakeLevels)->ArgName("levels")->RangeMultiplier(2)->Range(25, 400)->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(MakeLevels)
+    ->ArgName("levels")
+    ->RangeMultiplier(2)
+    ->Range(25, 400)
+    ->Complexity()
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
-

@@ -3,8 +3,12 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cstring>
+#include <random>
 #include <string>
 #include <string_view>
+#include <variant>
+#include <vector>
 
 #include "orvix/orvix.h"
 
@@ -149,5 +153,66 @@ void Min(benchmark::State& state) {
   SafeArrayDestroy(array);
 }
 BENCHMARK(Min);
+
+// The same values as numbers of several types, as a script's array has them.
+using Number = std::variant<LONG, SHORT, BYTE, float, double>;
+std::vector<Number> MixedNumbers() {
+  std::mt19937 random(3);
+  std::vector<Number> numbers;
+  for (int i = 0; i < 1'000'000; ++i) {
+    const auto value = static_cast<LONG>(random() % 30000) + 6;
+    switch (random() % 5) {
+      case 0:
+        numbers.emplace_back(value);
+        break;
+      case 1:
+        numbers.emplace_back(static_cast<SHORT>(value));
+        break;
+      case 2:
+        numbers.emplace_back(static_cast<BYTE>(value | 7));
+        break;
+      case 3:
+        numbers.emplace_back(static_cast<float>(value));
+        break;
+      default:
+        numbers.emplace_back(static_cast<double>(value) + 0.25);
+    }
+  }
+  numbers.back() = LONG{-5};
+  return numbers;
+}
+
+void VariantMin(benchmark::State& state) {
+  const std::vector<Number> numbers = MixedNumbers();
+  for (auto _ : state) {
+    double smallest = 1e9;
+    for (const Number& number : numbers) {
+      std::visit([&](auto value) { smallest = std::min(smallest, static_cast<double>(value)); }, number);
+    }
+    benchmark::DoNotOptimize(smallest);
+  }
+}
+BENCHMARK(VariantMin)->Unit(benchmark::kMicrosecond);
+
+void MixedMin(benchmark::State& state) {
+  const std::vector<Number> numbers = MixedNumbers();
+  SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(numbers.size()));
+  auto* place = static_cast<VARIANT*>(array->pvData);
+  for (const Number& number : numbers) {
+    constexpr VARTYPE kTypes[] = {VT_I4, VT_I2, VT_UI1, VT_R4, VT_R8};
+    place->vt = kTypes[number.index()];
+    std::visit([&](auto value) { std::memcpy(&place->llVal, &value, sizeof value); }, number);
+    ++place;
+  }
+  VARIANT result;
+  Component()->Min(&array, &result);
+  if (result.vt != VT_I4 || result.lVal != -5) state.SkipWithError("wrong value");
+  for (auto _ : state) {
+    Component()->Min(&array, &result);
+    benchmark::DoNotOptimize(result);
+  }
+  SafeArrayDestroy(array);
+}
+BENCHMARK(MixedMin)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -1,6 +1,8 @@
 // The smallest and the largest value of an array, with or without zeros. The
 // running result is a `long` that was rounded, while elements are compared as
 // they are: 2.6 and 2.5 give 3 first, and then 2.
+#include <cmath>
+#include <cstdint>
 #include <optional>
 
 #include "frame/class_orvix.h"
@@ -11,15 +13,53 @@ namespace Orvix::component {
 
 namespace {
 
+// How a value stands to a number; kAsk where the platform has to be asked.
+enum class Standing : std::uint8_t { kBelow, kEqual, kAbove, kNeither, kAsk };
+
 // Which of two values a member is after.
 struct Lowest {
   static constexpr HRESULT kOrder = VARCMP_LT;
-  static bool Beats(LONG value, LONG result) { return value < result; }
+  static constexpr Standing kStanding = Standing::kBelow;
 };
 struct Highest {
   static constexpr HRESULT kOrder = VARCMP_GT;
-  static bool Beats(LONG value, LONG result) { return value > result; }
+  static constexpr Standing kStanding = Standing::kAbove;
 };
+
+template <class Value>
+Standing StandingOf(Value value, Value number) {
+  return value < number ? Standing::kBelow : value == number ? Standing::kEqual : Standing::kAbove;
+}
+
+// What VarCmp says of the types that need no conversion: the wider of the two
+// decides, single precision before double, and a text is above every number.
+Standing StandingTo(const VARIANT& place, LONG number) {
+  switch (place.vt) {
+    case VT_I4:
+    case VT_INT:
+      return StandingOf(place.lVal, number);
+    case VT_I2:
+    case VT_BOOL:
+      return StandingOf(LONG{place.iVal}, number);
+    case VT_UI1:
+      return StandingOf(LONG{place.bVal}, number);
+    case VT_EMPTY:
+      return StandingOf(LONG{0}, number);
+    case VT_R8:
+    case VT_DATE:
+      return StandingOf(place.dblVal, static_cast<double>(number));
+    case VT_R4:
+      return StandingOf(place.fltVal, static_cast<float>(number));
+    case VT_CY:
+      return StandingOf(LONGLONG{place.cyVal.int64}, LONGLONG{number} * 10000);
+    case VT_BSTR:
+      return Standing::kAbove;
+    case VT_NULL:
+      return Standing::kNeither;
+    default:
+      return Standing::kAsk;
+  }
+}
 
 // An element behind references, if it is one, and held while it is looked at:
 // converting an object calls it, and it may write into the array.
@@ -48,22 +88,44 @@ class Element {
   Variant own_;
 };
 
-LONG LongOf(const VARIANT& place) { return place.vt == VT_I4 ? place.lVal : Element(place).AsLong(); }
+LONG LongOf(const VARIANT& place) {
+  constexpr double kInside = 2147483647;  // nearer to the ends the platform decides
+  switch (place.vt) {
+    case VT_I4:
+    case VT_INT:
+      return place.lVal;
+    case VT_I2:
+    case VT_BOOL:
+      return place.iVal;
+    case VT_UI1:
+      return place.bVal;
+    case VT_R8:
+      if (std::abs(place.dblVal) < kInside) return static_cast<LONG>(std::lrint(place.dblVal));
+      break;
+    default:
+      break;
+  }
+  return Element(place).AsLong();
+}
 
-bool IsNoZero(const VARIANT& place) { return place.vt == VT_I4 ? place.lVal != 0 : Element(place).IsNoZero(); }
+bool IsNoZero(const VARIANT& place) {
+  const Standing standing = StandingTo(place, 0);
+  if (standing == Standing::kAsk) return Element(place).IsNoZero();
+  return standing == Standing::kBelow || standing == Standing::kAbove;
+}
 
 // `result` and then every element that beats it in turn.
 template <class Wanted, bool kSkipZeros>
 LONG Best(std::span<const VARIANT> elements, LONG result) {
-  for (auto at = elements.begin(); at != elements.end(); ++at) {
-    // Plain longs need no comparison of values.
-    for (; at != elements.end() && at->vt == VT_I4; ++at) {
-      if (Wanted::Beats(at->lVal, result) && !(kSkipZeros && at->lVal == 0)) result = at->lVal;
+  for (const VARIANT& place : elements) {
+    const Standing standing = StandingTo(place, result);
+    if (standing == Standing::kAsk) {
+      Element element(place);
+      if (kSkipZeros && !element.IsNoZero()) continue;
+      if (element.OrderTo(result) == Wanted::kOrder) result = element.AsLong();
+    } else if (standing == Wanted::kStanding && !(kSkipZeros && !IsNoZero(place))) {
+      result = LongOf(place);
     }
-    if (at == elements.end()) break;
-    Element element(*at);
-    if (kSkipZeros && !element.IsNoZero()) continue;
-    if (element.OrderTo(result) == Wanted::kOrder) result = element.AsLong();
   }
   return result;
 }

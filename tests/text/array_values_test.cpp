@@ -2,8 +2,12 @@
 // types, bounds and reports.
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <random>
+
 #include <limits>
 
+#include "orvix/runtime.h"
 #include "tests/support/component.h"
 #include "tests/support/recording_host.h"
 #include "tests/support/scripted_object.h"
@@ -125,6 +129,48 @@ TEST_F(ArrayValuesTest, ReportsWhatIsNoArrayOfValues) {
   (*halved.Address())->cbElements = 8;
   for (const ValueMember& member : kMembers) ExpectReport(member, halved, u"Type mismatch");
   (*halved.Address())->cbElements = sizeof(VARIANT);
+}
+
+// A number near another one, in every type that has one.
+Variant RandomNumber(std::mt19937& random) {
+  constexpr VARTYPE kTypes[] = {VT_I2, VT_I4,  VT_UI1, VT_R4,      VT_R8,  VT_CY,    VT_DATE, VT_BOOL,
+                                VT_I8, VT_UI4, VT_I1,  VT_DECIMAL, VT_INT, VT_EMPTY, VT_NULL, VT_BSTR};
+  constexpr double kNumbers[] = {0,   1,        2,        2.5,          2.6,        3,  0.4,  100,
+                                 127, 16777216, 16777217, 2147483646.4, 2147483647, -1, -2.5, -2147483648.0};
+  const VARTYPE type = kTypes[random() % std::size(kTypes)];
+  Variant number(kNumbers[random() % std::size(kNumbers)]);
+  if (FAILED(VariantChangeType(number.Address(), number.Address(), 0, type))) return Variant(LONG{1});
+  return number;
+}
+
+TEST_F(ArrayValuesTest, EveryMixtureIsComparedAsThePlatformDoes) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 3000; ++round) {
+    std::vector<Variant> numbers;
+    std::vector<VARIANT> elements;
+    for (std::size_t count = 1 + random() % 6; count > 0; --count) numbers.push_back(RandomNumber(random));
+    if (numbers.front().get().vt == VT_NULL) continue;  // has no long, which is reported
+    for (const Variant& number : numbers) elements.push_back(number.get());
+    SafeArray array(elements);
+    for (const ValueMember* member : {&kMin, &kMax, &kMinButZero, &kMaxButZero}) {
+      const HRESULT wanted = member == &kMin || member == &kMinButZero ? VARCMP_LT : VARCMP_GT;
+      const bool skips = member == &kMinButZero || member == &kMaxButZero;
+      LONG best = 0;
+      bool first = true;
+      bool fails = false;
+      for (VARIANT& element : elements) {
+        Variant zero(LONG{0});
+        Variant held(best);
+        const HRESULT to_zero = VarCmp(&element, zero.Address(), 0, 0);
+        if (skips && (to_zero == VARCMP_EQ || to_zero == VARCMP_NULL)) continue;
+        if (!first && VarCmp(&element, held.Address(), 0, 0) != wanted) continue;
+        first = false;
+        fails = fails || FAILED(OxLongOf(&element, &best));
+        if (fails) break;
+      }
+      if (!fails) ExpectLong(*member, array, best);
+    }
+  }
 }
 
 TEST_F(ArrayValuesTest, ReportsWhatCannotBeCompared) {
