@@ -154,6 +154,67 @@ void Min(benchmark::State& state) {
 }
 BENCHMARK(Min);
 
+// One text of the size of the result, made and filled.
+void CopyLimit(benchmark::State& state) {
+  const std::u16string words = Words();
+  for (auto _ : state) {
+    BSTR copy = NewText(words);
+    benchmark::DoNotOptimize(copy);
+    SysFreeString(copy);
+  }
+}
+BENCHMARK(CopyLimit);
+
+// A target of five units, replaced by as many.
+void ReplaceFive(benchmark::State& state) {
+  BSTR words = NewText(Words());
+  BSTR target = NewText(state.range(0) != 0 ? u"LAZY " : u"lazy ");
+  BSTR replacement = NewText(u"busy ");
+  VARIANT_BOOL no_case = state.range(0) != 0 ? -1 : 0;
+  for (auto _ : state) {
+    BSTR replaced = nullptr;
+    Component()->MyReplace(words, target, replacement, &no_case, nullptr, &replaced);
+    benchmark::DoNotOptimize(replaced);
+    SysFreeString(replaced);
+  }
+  for (BSTR text : {words, target, replacement}) SysFreeString(text);
+}
+BENCHMARK(ReplaceFive)->ArgName("no_case")->Arg(0)->Arg(1);
+
+// The limit of AddElement: a virtual call that makes the same text in one copy.
+struct Joiner {
+  virtual ~Joiner() = default;
+  virtual HRESULT Join(BSTR list, BSTR element, BSTR separator, BSTR* result) noexcept {
+    const UINT sizes[] = {SysStringLen(list), SysStringLen(separator), SysStringLen(element)};
+    *result = SysAllocStringLen(nullptr, sizes[0] + sizes[1] + sizes[2]);
+    std::memcpy(*result, list, sizes[0] * sizeof(OLECHAR));
+    std::memcpy(*result + sizes[0], separator, sizes[1] * sizeof(OLECHAR));
+    std::memcpy(*result + sizes[0] + sizes[1], element, sizes[2] * sizeof(OLECHAR));
+    return S_OK;
+  }
+};
+
+template <class Object, class Member>
+void AddElements(benchmark::State& state, Object* object, Member member) {
+  benchmark::DoNotOptimize(object);
+  BSTR list = NewText(u"one,two,three");
+  BSTR element = NewText(u"four");
+  BSTR comma = NewText(u",");
+  for (auto _ : state) {
+    BSTR joined = nullptr;
+    (object->*member)(list, element, comma, &joined);
+    SysFreeString(joined);
+  }
+  for (BSTR text : {list, element, comma}) SysFreeString(text);
+}
+void JoinByVirtualCall(benchmark::State& state) {
+  Joiner joiner;
+  AddElements(state, &joiner, &Joiner::Join);
+}
+BENCHMARK(JoinByVirtualCall);
+void AddElement(benchmark::State& state) { AddElements(state, Component(), &_classOrvix::AddElement); }
+BENCHMARK(AddElement);
+
 // The same values as numbers of several types, as a script's array has them.
 using Number = std::variant<LONG, SHORT, BYTE, float, double>;
 std::vector<Number> MixedNumbers() {

@@ -91,6 +91,12 @@ class BstrHandle {
   [[nodiscard]] TextView View() const { return ViewOf(text_); }
   [[nodiscard]] BSTR Detach() { return std::exchange(text_, nullptr); }
   [[nodiscard]] OLECHAR* data() { return text_; }
+  // Keeps the first `length` units, which there are.
+  void Shorten(std::size_t length) {
+    if (length != View().size() && SysReAllocStringLen(&text_, nullptr, static_cast<UINT>(length)) == 0) {
+      throw std::bad_alloc();
+    }
+  }
   [[nodiscard]] BSTR* Receive() {
     SysFreeString(std::exchange(text_, nullptr));
     return &text_;

@@ -3,7 +3,6 @@
 #ifndef ORVIX_FRAME_OBJECT_H
 #define ORVIX_FRAME_OBJECT_H
 
-#include <atomic>
 #include <memory>
 #include <new>
 #include <type_traits>
@@ -13,6 +12,7 @@
 #include "frame/dispatch.h"
 #include "frame/lifetime.h"
 #include "frame/member_row.h"
+#include "frame/reference_count.h"
 
 namespace Orvix::component {
 
@@ -46,9 +46,9 @@ class Object : public Interface,
     AddRef();
     return S_OK;
   }
-  ULONG ORVIX_CALL AddRef() noexcept override { return ++references_; }
+  ULONG ORVIX_CALL AddRef() noexcept override { return references_.Add(); }
   ULONG ORVIX_CALL Release() noexcept override {
-    const ULONG left = --references_;
+    const ULONG left = references_.Drop();
     if (left == 0) End();
     return left;
   }
@@ -114,7 +114,7 @@ class Object : public Interface,
   void End() noexcept {
     if constexpr (HoldsObjects<Plain>) {
       // The end of an item may take and drop references to this object, and call it.
-      references_ = kEnding;
+      references_.Set(kEnding);
       EndsOfThisThread().Run(this, [](WaitingEnd* entry) noexcept {
         auto* const self = static_cast<Object*>(entry);
         self->plain_.LetGo();
@@ -163,7 +163,7 @@ class Object : public Interface,
 
   static constexpr ULONG kEnding = 1U << 30;  // no count of references comes near it
 
-  std::atomic<ULONG> references_{1};
+  ReferenceCount references_;
   LiveObject live_;
   Plain plain_;
 };

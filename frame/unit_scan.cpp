@@ -16,7 +16,7 @@ namespace Orvix::component {
 
 namespace {
 
-constexpr std::size_t kBlock = 32;
+constexpr std::size_t kBlock = kUnitBlock;
 
 // The middle of a target whose ends are known to match.
 inline bool MiddleMatches(const char16_t* at, TextView target) {
@@ -108,22 +108,25 @@ inline std::uint32_t Bits(const char16_t* units, std::size_t distance, char16_t 
 #endif
 #endif
 
-using Walker = std::size_t (*)(TextView, TextView, std::size_t, std::size_t, Progress&);
+struct Scanner {
+  decltype(&portable::WalkBlocks) walk;
+  decltype(&portable::FillBits) fill;
+};
 
-Walker BestWalker() {
+Scanner BestScanner() {
 #if ORVIX_HAS_AVX2
   if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("popcnt")) {
-    return avx2::WalkBlocks;
+    return {avx2::WalkBlocks, avx2::FillBits};
   }
 #endif
 #if ORVIX_HAS_X86
-  return sse2::WalkBlocks;
+  return {sse2::WalkBlocks, sse2::FillBits};
 #else
-  return portable::WalkBlocks;
+  return {portable::WalkBlocks, portable::FillBits};
 #endif
 }
 
-const Walker kWalker = BestWalker();
+const Scanner kScanner = BestScanner();
 
 }  // namespace
 
@@ -131,7 +134,7 @@ Walk WalkOccurrences(TextView text, TextView target, std::size_t from, std::size
   Progress progress;
   const std::size_t width = target.size();
   if (limit == 0 || text.size() < width || from > text.size() - width) return {0, kNotFound};
-  std::size_t at = kWalker(text, target, from, limit, progress);
+  std::size_t at = kScanner.walk(text, target, from, limit, progress);
   // The last units, which fill no block.
   const char16_t* units = text.data();
   for (; progress.count < limit && at + width <= text.size(); ++at) {
@@ -142,6 +145,11 @@ Walk WalkOccurrences(TextView text, TextView target, std::size_t from, std::size
     ++progress.count;
   }
   return {progress.count, progress.count == limit ? progress.last : kNotFound};
+}
+
+void FindCandidates(const char16_t* units, std::size_t blocks, std::size_t distance, char16_t first, char16_t last,
+                    std::uint32_t* bits) {
+  kScanner.fill(units, blocks, distance, first, last, bits);
 }
 
 std::size_t FindUnits(TextView text, TextView target, std::size_t from) {

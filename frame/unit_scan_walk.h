@@ -51,3 +51,10 @@ inline std::size_t WalkBlocks(TextView text, TextView target, std::size_t from, 
     }
   }
 }
+
+inline void FillBits(const char16_t* units, std::size_t blocks, std::size_t distance, char16_t first, char16_t last,
+                     std::uint32_t* bits) {
+  for (std::size_t block = 0; block < blocks; ++block) {
+    bits[block] = Bits(units + block * kBlock, distance, first, last);
+  }
+}

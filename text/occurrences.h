@@ -3,71 +3,59 @@
 #ifndef ORVIX_TEXT_OCCURRENCES_H
 #define ORVIX_TEXT_OCCURRENCES_H
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 
-#include "orvix/text.h"
-
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define ORVIX_OCCURRENCES_SSE2 1
-#endif
+#include "frame/unit_scan.h"
 
 namespace Orvix::component {
 
-namespace occurrences_detail {
-
-inline constexpr std::size_t kBlock = 32;
-
-// One bit for each of the 32 positions at `units` where `first` stands and
-// `last` stands `distance` units further on; reads kBlock + distance units.
-inline std::uint32_t Candidates(const char16_t* units, std::size_t distance, char16_t first, char16_t last) {
-#if ORVIX_OCCURRENCES_SSE2
-  const __m128i wanted_first = _mm_set1_epi16(static_cast<short>(first));
-  const __m128i wanted_last = _mm_set1_epi16(static_cast<short>(last));
-  const auto eight = [&](std::size_t at) {
-    __m128i same = _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(units + at)), wanted_first);
-    if (distance != 0) {
-      const __m128i tail = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + at + distance));
-      same = _mm_and_si128(same, _mm_cmpeq_epi16(tail, wanted_last));
-    }
-    return same;
-  };
-  const auto low = static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(eight(0), eight(8))));
-  const auto high = static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(eight(16), eight(24))));
-  return low | high << 16;
-#else
-  std::uint32_t bits = 0;
-  for (std::size_t i = 0; i < kBlock; ++i) {
-    bits |= static_cast<std::uint32_t>(units[i] == first && units[i + distance] == last) << i;
-  }
-  return bits;
-#endif
-}
-
-}  // namespace occurrences_detail
-
 // Calls `visit` with the 0-based index of each occurrence of `target` (not
-// empty) in `text`, left to right; the search goes on just past each of them.
+// empty) in `text`, from index `start` on, left to right; the search goes on just
+// past each of them.
 template <class Visit>
-void ForEachOccurrence(TextView text, TextView target, Visit&& visit) {
-  using occurrences_detail::kBlock;
+void ForEachOccurrence(TextView text, TextView target, std::size_t start, Visit&& visit) {
   const std::size_t width = target.size();
   if (text.size() < width) return;
   const std::size_t end = text.size() - width + 1;  // no occurrence begins here or later
-  const char16_t* units = text.data();
-  std::size_t next = 0;  // where the last occurrence ended
+  const char16_t* const units = text.data();
+  std::size_t next = start;  // where the last occurrence ended
+  // The middle of a target whose ends are known to match; of a short one by a
+  // single comparison.
+  constexpr std::size_t kFour = 4;
+  std::uint64_t second = 0;
+  if (width > kFour) std::memcpy(&second, target.data() + 1, sizeof second);
+  const auto matches = [&](const char16_t* at) {
+    if (width > kFour) {
+      std::uint64_t there = 0;
+      std::memcpy(&there, at + 1, sizeof there);
+      if (there != second) return false;
+      if (width <= kFour + 2) return true;
+      return std::memcmp(at + kFour + 1, target.data() + kFour + 1, (width - kFour - 2) * sizeof(char16_t)) == 0;
+    }
+    for (std::size_t i = 1; i + 1 < width; ++i) {
+      if (at[i] != target[i]) return false;
+    }
+    return true;
+  };
   const auto consider = [&](std::size_t at) {
-    if (at < next) return;
-    if (width > 2 && std::memcmp(units + at + 1, target.data() + 1, (width - 2) * sizeof(char16_t)) != 0) return;
+    if (at < next || !matches(units + at)) return;
     visit(at);
     next = at + width;
   };
-  std::size_t at = 0;
-  for (; end - at >= kBlock; at += kBlock) {
-    std::uint32_t bits = occurrences_detail::Candidates(units + at, width - 1, target.front(), target.back());
-    for (; bits != 0; bits &= bits - 1) consider(at + static_cast<std::size_t>(std::countr_zero(bits)));
+  std::size_t at = start;
+  while (at < end && end - at >= kUnitBlock) {
+    constexpr std::size_t kBlocks = 64;
+    std::uint32_t bits[kBlocks];
+    const std::size_t blocks = std::min((end - at) / kUnitBlock, kBlocks);
+    FindCandidates(units + at, blocks, width - 1, target.front(), target.back(), bits);
+    for (std::size_t block = 0; block < blocks; ++block, at += kUnitBlock) {
+      for (std::uint32_t left = bits[block]; left != 0; left &= left - 1) {
+        consider(at + static_cast<std::size_t>(std::countr_zero(left)));
+      }
+    }
   }
   for (; at < end; ++at) {
     if (units[at] == target.front() && units[at + width - 1] == target.back()) consider(at);

@@ -1,8 +1,11 @@
-// Replacing every occurrence of a text. The occurrences are counted first, so
-// that the result has its exact length from the start and is filled in place.
+// Replacing every occurrence of a text in one pass where the result is not longer
+// than the text; else the occurrences are counted first, so that the result has
+// its exact length from the start.
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <vector>
 
 #include "frame/class_orvix.h"
 #include "frame/error_styles.h"
@@ -28,21 +31,44 @@ bool UpperAscii(TextView block, char16_t* to) {
 }
 
 // Upper, at the speed of memory where the text is ASCII.
-Text UpperInBlocks(TextView text) {
-  constexpr std::size_t kBlock = 512;
-  Text upper(text.size(), u'\0');
-  for (std::size_t at = 0; at < text.size();) {
-    TextView block = text.substr(at, kBlock);
-    // A pair of surrogates stays in one block; a high one that another one follows
-    // is none.
-    const std::size_t next = at + block.size();
-    if (next < text.size() && text_detail::IsHigh(block.back()) && text_detail::IsLow(text[next])) {
-      block = text.substr(at, kBlock + 1);
-    }
-    if (!UpperAscii(block, upper.data() + at)) Upper(block).copy(upper.data() + at, block.size());
-    at += block.size();
+void UpperInto(TextView text, char16_t* to) {
+  if (!UpperAscii(text, to)) Upper(text).copy(to, text.size());
+}
+
+bool IsPairAt(TextView text, std::size_t at) {
+  return at > 0 && at < text.size() && text_detail::IsHigh(text[at - 1]) && text_detail::IsLow(text[at]);
+}
+
+// Targets up to this length are looked for block by block; a longer one in a copy
+// of the whole text.
+constexpr std::size_t kLongTarget = 512;
+
+// ForEachOccurrence of a target in upper case, in the upper case of a text.
+template <class Visit>
+void ForEachOccurrenceInUpper(TextView text, TextView target, std::size_t start, Visit&& visit) {
+  const std::size_t width = target.size();
+  if (width > kLongTarget) {
+    Text upper(text.size(), u'\0');
+    UpperInto(text, upper.data());
+    return ForEachOccurrence(upper, target, start, visit);
   }
-  return upper;
+  constexpr std::size_t kBlock = 2048;
+  char16_t upper[kBlock + kLongTarget + 2];
+  std::size_t next = start;  // where the last occurrence ended
+  for (std::size_t at = start; at + width <= text.size(); at += kBlock) {
+    // All that an occurrence beginning in the block may reach. A pair of surrogates
+    // at either end is taken whole.
+    const std::size_t end = std::min(at + kBlock + width - 1, text.size());
+    const std::size_t first = IsPairAt(text, at) ? at - 1 : at;
+    const std::size_t last = IsPairAt(text, end) ? end + 1 : end;
+    UpperInto(text.substr(first, last - first), upper);
+    const std::size_t from = std::max(at, next);
+    if (from >= end) continue;
+    ForEachOccurrence(TextView(upper + (from - first), end - from), target, 0, [&](std::size_t found) {
+      visit(from + found);
+      next = from + found + width;
+    });
+  }
 }
 
 // Fills a text of known length from its start on.
@@ -80,32 +106,48 @@ BstrHandle classOrvix::MyReplace(TextView text, TextView target, TextView replac
   LONG replacements = 0;
   BstrHandle result = ReportAndContinue(u"Error replacing.", text, [&] {
     if (target.empty()) return BstrHandle(text);  // nothing is no occurrence
-    Text upper_text;
-    Text upper_target;
-    if (no_case_match) {
-      upper_text = UpperInBlocks(text);
-      upper_target = Upper(target);
+    const Text upper_target = no_case_match ? Upper(target) : Text{};
+    const auto for_each = [&](std::size_t start, auto&& visit) {
+      if (no_case_match) {
+        ForEachOccurrenceInUpper(text, upper_target, start, visit);
+      } else {
+        ForEachOccurrence(text, target, start, visit);
+      }
+    };
+    // The first occurrences of a result that is longer, so that most texts are
+    // searched once.
+    constexpr std::size_t kMostKept = 1 << 16;
+    std::vector<std::uint32_t> kept;
+    std::size_t count = 0;
+    std::size_t length = text.size();
+    if (replacement.size() > target.size()) {
+      for_each(0, [&](std::size_t at) {
+        if (++count <= kMostKept) kept.push_back(static_cast<std::uint32_t>(at));
+      });
+      length += (replacement.size() - target.size()) * count;
+      // A length that does not fit wraps: negative, or too short for the pieces.
+      // Both are an invalid argument.
+      if (length > static_cast<std::size_t>(std::numeric_limits<LONG>::max())) RaiseRuntimeError(kInvalidArgument);
     }
-    const TextView searched = no_case_match ? TextView(upper_text) : text;
-    const TextView wanted = no_case_match ? TextView(upper_target) : target;
 
-    const std::size_t count = WalkOccurrences(searched, wanted, 0, std::numeric_limits<std::size_t>::max()).count;
-    if (count == 0) return BstrHandle(text);
-    const auto growth = static_cast<std::int64_t>(replacement.size()) - static_cast<std::int64_t>(target.size());
-    const std::int64_t length = static_cast<std::int64_t>(text.size()) + growth * static_cast<std::int64_t>(count);
-    // A length that does not fit wraps: negative, or too short for the pieces.
-    // Both are an invalid argument.
-    if (length > std::numeric_limits<LONG>::max()) RaiseRuntimeError(kInvalidArgument);
-
-    BstrHandle replaced = BstrHandle::OfLength(static_cast<std::size_t>(length));
-    Filler filler(replaced.data(), static_cast<std::size_t>(length));
+    BstrHandle replaced = BstrHandle::OfLength(length);
+    Filler filler(replaced.data(), length);
     std::size_t from = 0;
-    ForEachOccurrence(searched, wanted, [&](std::size_t at) {
+    std::size_t made = 0;
+    const auto replace = [&](std::size_t at) {
       filler.Add(text, from, at - from);
       filler.Add(replacement);
       from = at + target.size();
-    });
+      ++made;
+    };
+    for (const std::size_t at : kept) replace(at);
+    if (count == 0 ? replacement.size() <= target.size() : count > kept.size()) for_each(from, replace);
+    count = made;
     const std::size_t tail = text.size() - from;
+    if (count == 0) {
+      filler.Add(text, 0, tail);
+      return replaced;
+    }
     // Where a deletion ends the text, the empty replacement goes behind the end
     // of the result: an invalid argument as well. Callers rely on it.
     if (replacement.empty() && tail == 0) RaiseRuntimeError(kInvalidArgument);
@@ -116,6 +158,7 @@ BstrHandle classOrvix::MyReplace(TextView text, TextView target, TextView replac
     } else if (tail == 1) {
       filler.AddSpace();
     }
+    replaced.Shorten(length - (target.size() - std::min(replacement.size(), target.size())) * count);
     replacements = static_cast<LONG>(count);
     return replaced;
   });

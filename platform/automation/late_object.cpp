@@ -80,13 +80,13 @@ HRESULT LateObject::QueryInterface(REFIID riid, void** object) noexcept {
   return S_OK;
 }
 
-ULONG LateObject::AddRef() noexcept { return ++references_; }
+ULONG LateObject::AddRef() noexcept { return references_.Add(); }
 
 ULONG LateObject::Release() noexcept {
-  const ULONG left = --references_;
+  const ULONG left = references_.Drop();
   if (left == 0) {
     // What it holds may take and drop references to it once more.
-    references_ = 1U << 30;
+    references_.Set(1U << 30);
     EndsOfThisThread().Run(this, [](WaitingEnd* entry) noexcept { delete static_cast<LateObject*>(entry); });
   }
   return left;

@@ -3,11 +3,11 @@
 #ifndef ORVIX_PLATFORM_AUTOMATION_LATE_OBJECT_H
 #define ORVIX_PLATFORM_AUTOMATION_LATE_OBJECT_H
 
-#include <atomic>
 #include <memory>
 #include <span>
 #include <utility>
 
+#include "frame/reference_count.h"
 #include "frame/waiting_end.h"
 #include "orvix/automation.h"
 #include "orvix/text.h"
@@ -63,7 +63,7 @@ class LateObject : public IDispatch, private WaitingEnd {
   virtual void Call(DISPID member, const LateArguments& arguments, VARIANT* result) = 0;
 
  private:
-  std::atomic<ULONG> references_ = 1;
+  ReferenceCount references_;
 };
 
 [[nodiscard]] EndsInTurn& EndsOfThisThread() noexcept;

@@ -1,8 +1,9 @@
 // The walk over whole blocks, in every instruction set that this processor has:
 // each against a plain walk. The walkers are local to their source, so it is
-// compiled in once more, its two public functions under names of this test.
+// compiled in once more, its public functions under names of this test.
 #define FindUnits FindUnitsOfThisTest
 #define WalkOccurrences WalkOccurrencesOfThisTest
+#define FindCandidates FindCandidatesOfThisTest
 #include "frame/unit_scan.cpp"  // NOLINT(bugprone-suspicious-include)
 
 #include <gtest/gtest.h>
@@ -15,16 +16,16 @@ namespace {
 
 struct NamedWalker {
   const char* name;
-  Walker walk;
+  Scanner scan;
 };
 std::vector<NamedWalker> Walkers() {
-  std::vector<NamedWalker> walkers = {{"portable", portable::WalkBlocks}};
+  std::vector<NamedWalker> walkers = {{"portable", {portable::WalkBlocks, portable::FillBits}}};
 #if ORVIX_HAS_X86
-  walkers.push_back({"sse2", sse2::WalkBlocks});
+  walkers.push_back({"sse2", {sse2::WalkBlocks, sse2::FillBits}});
 #endif
 #if ORVIX_HAS_AVX2
   if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("popcnt")) {
-    walkers.push_back({"avx2", avx2::WalkBlocks});
+    walkers.push_back({"avx2", {avx2::WalkBlocks, avx2::FillBits}});
   }
 #endif
   return walkers;
@@ -45,7 +46,7 @@ void Check(const NamedWalker& walker, TextView text, TextView target, std::size_
   if (text.size() < target.size() || from > text.size() - target.size()) return;
   const std::vector<std::size_t> finds = PlainFinds(text, target, from);
   Progress progress;
-  const std::size_t at = walker.walk(text, target, from, limit, progress);
+  const std::size_t at = walker.scan.walk(text, target, from, limit, progress);
   if (progress.count == limit) {
     ASSERT_GE(finds.size(), limit);
     ASSERT_EQ(progress.last, finds[limit - 1]);
@@ -90,9 +91,14 @@ TEST(UnitScan, EveryPlaceOfABlockIsSeen) {
       for (std::size_t i = 0; i < text.size(); i += 2) text[i] = u'\u012c';  // the low byte is the comma's
       text[place] = u',';
       Progress progress;
-      walker.walk(text, u",", 0, 1, progress);
+      walker.scan.walk(text, u",", 0, 1, progress);
       ASSERT_EQ(progress.last, place);
       ASSERT_EQ(progress.count, 1u);
+      std::uint32_t bits[12];
+      walker.scan.fill(text.data(), 12, 1, u',', text[place + 1], bits);
+      for (std::size_t block = 0; block < 12; ++block) {
+        ASSERT_EQ(bits[block], block == place / 32 ? std::uint32_t{1} << place % 32 : 0);
+      }
     }
   }
 }
