@@ -121,9 +121,8 @@ int StagedFile::MakeFile(mode_t mode) {
   }
   for (;;) {
     const int error = UnderTemporaryName([&](const char* name) {
-      descriptor_ = Retried([&] {
-        return openat(directory_, name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
-      });
+      descriptor_ =
+          Retried([&] { return openat(directory_, name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode); });
       return descriptor_ >= 0 ? 0 : errno;
     });
     if (error != 0) return error;
@@ -145,15 +144,14 @@ int StagedFile::MakeLink(const char* content) {
 }
 
 int StagedFile::MakeSpecial(mode_t mode, dev_t device) {
-  return UnderTemporaryName(
-      [&](const char* name) { return mknodat(directory_, name, mode, device) == 0 ? 0 : errno; });
+  return UnderTemporaryName([&](const char* name) { return mknodat(directory_, name, mode, device) == 0 ? 0 : errno; });
 }
 
 int StagedFile::Commit(const char* name, bool replace) {
   if (name_.empty() && !replace) return LinkDescriptor(descriptor_, directory_, name);
   if (name_.empty()) {
-    const int error = UnderTemporaryName(
-        [&](const char* temporary) { return LinkDescriptor(descriptor_, directory_, temporary); });
+    const int error =
+        UnderTemporaryName([&](const char* temporary) { return LinkDescriptor(descriptor_, directory_, temporary); });
     if (error != 0) return error;
   }
   const int error = replace ? (renameat(directory_, name_.c_str(), directory_, name) == 0 ? 0 : errno)

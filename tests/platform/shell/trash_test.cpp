@@ -6,7 +6,7 @@
 #include <regex>
 
 #include "platform/shell/file_request.h"
-#include "platform/shell/trash.h"
+#include "platform/shell/trash_entry.h"
 #include "support/ordinary_user.h"
 
 namespace Orvix::testing {
