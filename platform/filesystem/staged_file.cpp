@@ -83,6 +83,13 @@ int RenameToFreeName(int from, const char* name, int to, const char* to_name) no
   return renameat(from, name, to, to_name) == 0 ? 0 : errno;
 }
 
+int LateFailure(int descriptor) noexcept {
+  // They show when any descriptor of the file is closed.
+  const int second = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+  if (second < 0) return errno;
+  return close(second) == 0 || errno == EINTR ? 0 : errno;
+}
+
 StagedFile::~StagedFile() {
   if (!name_.empty()) unlinkat(directory_, name_.c_str(), 0);
   if (descriptor_ >= 0) close(descriptor_);  // last, with the lock
@@ -148,6 +155,9 @@ int StagedFile::MakeSpecial(mode_t mode, dev_t device) {
 }
 
 int StagedFile::Commit(const char* name, bool replace) {
+  if (descriptor_ >= 0) {
+    if (const int error = LateFailure(descriptor_); error != 0) return error;
+  }
   if (name_.empty() && !replace) return LinkDescriptor(descriptor_, directory_, name);
   if (name_.empty()) {
     const int error =

@@ -2,6 +2,7 @@
 
 #include <sys/file.h>
 
+#include "platform/filesystem/staged_file.h"
 #include "platform/shell/entries.h"
 #include "platform/shell/remove_tree.h"
 
@@ -76,14 +77,6 @@ int WriteAll(int file, std::string_view text) {
   return 0;
 }
 
-// Closes a second descriptor of the file, so that late write failures show while
-// the first one keeps its lock.
-int Flush(int file) {
-  const int second = fcntl(file, F_DUPFD_CLOEXEC, 0);
-  if (second < 0) return errno;
-  return close(second) == 0 || errno == EINTR ? 0 : errno;
-}
-
 }  // namespace
 
 std::string TrashInformation(std::string_view path, const struct tm& deleted) {
@@ -136,7 +129,7 @@ int TrashEntry::Start(std::string_view information) {
     copy_name_ = std::move(copy_name);
     lock_ = std::move(made);
     const int error = WriteAll(lock_.get(), text_);
-    return error != 0 ? error : Flush(lock_.get());
+    return error != 0 ? error : LateFailure(lock_.get());
   }
   return EEXIST;
 }
@@ -155,7 +148,7 @@ int TrashEntry::WriteClaim() {
   const Descriptor file(OpenAt(information, claimed_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   if (!file.ok()) return errno;
   int error = WriteAll(file.get(), text_);
-  if (error == 0) error = Flush(file.get());
+  if (error == 0) error = LateFailure(file.get());
   if (error != 0) unlinkat(information, claimed_.c_str(), 0);
   return error;
 }
