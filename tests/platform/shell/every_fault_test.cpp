@@ -18,9 +18,16 @@ using Kind = Faults::Kind;
 constexpr std::uint16_t kUndo = 0x50;
 constexpr char kContent[] = "l>x s/ s/y=2 x=1";
 
+// The file system that the item is on.
+enum class Volume {
+  kHome,   // that of the home trash
+  kOwn,    // another one, which has a trash
+  kTaken,  // another one, where there is no place for a trash
+};
+
 struct Row {
   const char* name;
-  bool across;  // the item is on a file system without a trash of its own
+  Volume volume;
   Kind kind;
   int error;
 };
@@ -34,9 +41,11 @@ class EveryFaultTest : public ShellTest, public ::testing::WithParamInterface<Ro
   ~EveryFaultTest() override { setenv("XDG_DATA_HOME", data_home_.c_str(), 1); }
 
   void MakeItem() {
-    for (const char* const left : {"home/Trash", "p/d"}) std::filesystem::remove_all(left);
-    Make("p/d/x=1 p/d/s/y=2 p/d/l>x");
-    if (GetParam().across) MakeFiles(".", "p/.Trash-" + std::to_string(geteuid()) + "=file");
+    const std::string own = "p/.Trash-" + std::to_string(geteuid());
+    trash_ = GetParam().volume == Volume::kOwn ? own : "home/Trash";
+    for (const std::string& left : {trash_, std::string("p/q")}) std::filesystem::remove_all(left);
+    Make("p/q/d/x=1 p/q/d/s/y=2 p/q/d/l>x");
+    if (GetParam().volume == Volume::kTaken) Make(own + "=file");
   }
 
   static bool IsWhole(const std::string& path) {
@@ -44,25 +53,25 @@ class EveryFaultTest : public ShellTest, public ::testing::WithParamInterface<Ro
   }
 
   // The items that are whole and have their information.
-  static int WholeInTrash() {
+  int WholeInTrash() const {
     int whole = 0;
     for (const std::string name : {"d", "d (2)", "d (3)"}) {
-      if (std::filesystem::exists("home/Trash/info/" + name + ".trashinfo") && IsWhole("home/Trash/files/" + name))
+      if (std::filesystem::exists(trash_ + "/info/" + name + ".trashinfo") && IsWhole(trash_ + "/files/" + name))
         ++whole;
     }
     return whole;
   }
 
   // Everything in the trash has its information, all information its item.
-  static void ExpectNothingLeftOver() {
+  void ExpectNothingLeftOver() const {
     std::map<std::string, int> names;
-    for (const auto& entry : std::filesystem::directory_iterator("home/Trash")) {
+    for (const auto& entry : std::filesystem::directory_iterator(trash_)) {
       const std::string name = entry.path().filename();
       EXPECT_TRUE(name == "files" || name == "info") << name;
     }
-    for (const auto& entry : std::filesystem::directory_iterator("home/Trash/files"))
+    for (const auto& entry : std::filesystem::directory_iterator(trash_ + "/files"))
       names[entry.path().filename()] += 1;
-    for (const auto& entry : std::filesystem::directory_iterator("home/Trash/info")) {
+    for (const auto& entry : std::filesystem::directory_iterator(trash_ + "/info")) {
       EXPECT_GT(file_size(entry), 30u) << entry.path();
       names[entry.path().stem()] += 2;
     }
@@ -80,7 +89,7 @@ class EveryFaultTest : public ShellTest, public ::testing::WithParamInterface<Ro
       const pid_t child = fork();
       if (child == 0) {
         const Faults killing(Kind::kKill, at, 0);
-        _exit(Perform(kDeleting, {Full("p\\d")}, {}, kUndo) == kDone ? 0 : 1);
+        _exit(Perform(kDeleting, {Full("p\\q\\d")}, {}, kUndo) == kDone ? 0 : 1);
       }
       int status = 0;
       waitpid(child, &status, 0);
@@ -89,7 +98,7 @@ class EveryFaultTest : public ShellTest, public ::testing::WithParamInterface<Ro
       return tried;
     }
     const Faults failing(GetParam().kind, at, GetParam().error);
-    tried.outcome = Perform(kDeleting, {Full("p\\d")}, {}, kUndo);
+    tried.outcome = Perform(kDeleting, {Full("p\\q\\d")}, {}, kUndo);
     tried.reached = failing.calls >= at;
     EXPECT_FALSE(failing.endless);
     return tried;
@@ -97,12 +106,13 @@ class EveryFaultTest : public ShellTest, public ::testing::WithParamInterface<Ro
 
  private:
   std::string data_home_;
+  std::string trash_;
 };
 
 TEST_P(EveryFaultTest, LosesNothingAndLeavesNothing) {
   std::optional<Mounted> volume;
   std::optional<Mounted> home;  // nothing to wait for when it is made safe
-  if (GetParam().across) {
+  if (GetParam().volume != Volume::kHome) {
     home.emplace(directory_.Native("home"));
     volume.emplace(directory_.Native("p"));
     if (!home->ok() || !volume->ok()) GTEST_SKIP() << "mounting is not allowed";
@@ -118,33 +128,37 @@ TEST_P(EveryFaultTest, LosesNothingAndLeavesNothing) {
       return;
     }
     refused += tried.outcome == kDone ? 0 : 1;
-    const bool stayed = IsWhole("p/d");
-    const int whole = std::filesystem::exists("home/Trash/info") ? WholeInTrash() : 0;
+    const bool stayed = IsWhole("p/q/d");
+    const int whole = WholeInTrash();
     if (GetParam().kind == Kind::kKill) {
       ASSERT_GE(whole + (stayed ? 1 : 0), 1);
     } else {
       ASSERT_EQ(whole + (stayed ? 1 : 0), 1);
     }
     EXPECT_TRUE(tried.outcome != kDone || whole == 1);
-    Make("p/other=3");
-    EXPECT_EQ(Perform(kDeleting, {Full("p\\other")}, {}, kUndo), kDone);
-    if (std::filesystem::exists("p/d")) {
-      EXPECT_EQ(Perform(kDeleting, {Full("p\\d")}, {}, kUndo), kDone);
+    Make("p/q/other=3");
+    EXPECT_EQ(Perform(kDeleting, {Full("p\\q\\other")}, {}, kUndo), kDone);
+    if (std::filesystem::exists("p/q/d")) {
+      EXPECT_EQ(Perform(kDeleting, {Full("p\\q\\d")}, {}, kUndo), kDone);
     }
     EXPECT_GE(WholeInTrash(), 1);
     ExpectNothingLeftOver();
+    EXPECT_EQ(Listing("p/q"), "");
     if (HasFailure()) return;
   }
   FAIL() << "there is no end of calls";
 }
 
 INSTANTIATE_TEST_SUITE_P(Trash, EveryFaultTest,
-                         ::testing::Values(Row{"Refused", false, Kind::kOnce, EACCES},
-                                           Row{"Broken", false, Kind::kOnce, EIO}, Row{"Killed", false, Kind::kKill, 0},
-                                           Row{"RefusedAcross", true, Kind::kOnce, EACCES},
-                                           Row{"BrokenAcross", true, Kind::kOnce, EIO},
-                                           Row{"FullAcross", true, Kind::kOnce, ENOSPC},
-                                           Row{"KilledAcross", true, Kind::kKill, 0}),
+                         ::testing::Values(Row{"Refused", Volume::kHome, Kind::kOnce, EACCES},
+                                           Row{"Broken", Volume::kHome, Kind::kOnce, EIO},
+                                           Row{"Killed", Volume::kHome, Kind::kKill, 0},
+                                           Row{"BrokenElsewhere", Volume::kOwn, Kind::kOnce, EIO},
+                                           Row{"KilledElsewhere", Volume::kOwn, Kind::kKill, 0},
+                                           Row{"RefusedAcross", Volume::kTaken, Kind::kOnce, EACCES},
+                                           Row{"BrokenAcross", Volume::kTaken, Kind::kOnce, EIO},
+                                           Row{"FullAcross", Volume::kTaken, Kind::kOnce, ENOSPC},
+                                           Row{"KilledAcross", Volume::kTaken, Kind::kKill, 0}),
                          [](const auto& test) { return std::string(test.param.name); });
 
 // The whole operation with one kind of fault; `after` when the code is 0.
