@@ -154,7 +154,7 @@ void MakeDeep(const char* top, int levels) {
 }
 
 TEST_F(FaultTest, DeepTreesNeedNoMoreOfTheStack) {
-  constexpr int kLevels = 6000;
+  constexpr int kLevels = 2500;
   MakeDeep("d", kLevels);
   MakeDeep("m", kLevels);
   Outcome outcomes[4]{};

@@ -346,7 +346,7 @@ TEST_F(ShellTest, TimesAndModesComeAlongWhateverTheMask) {
 
 TEST_F(ShellTest, HolesStayAndLongContentIsWhole) {
   std::string content;
-  for (int i = 0; content.size() < 20'000'000; ++i) content += "line " + std::to_string(i) + std::string(900, 'x');
+  for (int i = 0; content.size() < 9'000'000; ++i) content += "line " + std::to_string(i) + std::string(900, 'x');
   std::ofstream("big", std::ios::binary) << content;
   MakeFiles(".", "holes=");
   std::filesystem::resize_file("holes", 300'000'000);
