@@ -3,8 +3,6 @@
 #include "platform/shell/copy_tree.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <fstream>
 
 #include "platform/shell/collision.h"
 #include "platform/shell/descriptor.h"
@@ -29,16 +27,6 @@ void Finish(const Descriptor& directory, const struct stat& facts) {
   const timespec times[2] = {facts.st_atim, facts.st_mtim};
   // A file system without modes or times keeps the content all the same.
   if (fchmod(directory.get(), facts.st_mode & kCopiedModes) != 0 || futimens(directory.get(), times) != 0) return;
-}
-
-// The process's mask for new files; all of it where that cannot be told. Asking
-// by setting it would disturb other threads.
-mode_t FileMask() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with("Umask:")) return static_cast<mode_t>(std::strtoul(line.c_str() + 6, nullptr, 8));
-  }
-  return 0777;
 }
 
 struct Counter {
@@ -194,8 +182,6 @@ bool TreeCopier::Copy(const Route& route, std::string& from_path, std::string& t
   to_path_ = &to_path;
   copied_ = copied;
   depth_ = 0;
-  if (!mask_known_) mask_ = FileMask();
-  mask_known_ = true;
   struct stat facts;
   if (!FactsOf(route.from, route.name, Side::kSource, facts)) throw ShellError{kInvalidNames};
   if (!S_ISDIR(facts.st_mode)) return CopyEntry(route, static_cast<unsigned char>(IFTODT(facts.st_mode)));
@@ -246,8 +232,10 @@ bool TreeCopier::CopyFile(const Route& route) {
     const int out = staged.MakeFile(modes & 0777);
     content_.Copy(in.get(), facts, out, *from_path_);
     const timespec times[2] = {facts.st_atim, facts.st_mtim};
-    // What the mask took from the file, it gets back.
-    if ((modes & (mask_ | ~mode_t{0777})) != 0 && fchmod(out, modes) != 0 && errno != EPERM && errno != EOPNOTSUPP) {
+    struct stat made;
+    if (fstat(out, &made) != 0) Fail(errno, Side::kTarget);
+    // What the process's mask took from the file, it gets back.
+    if ((made.st_mode & 07777) != modes && fchmod(out, modes) != 0 && errno != EPERM && errno != EOPNOTSUPP) {
       Fail(errno, Side::kTarget);
     }
     if (futimens(out, times) != 0 && errno != EPERM && errno != EOPNOTSUPP) Fail(errno, Side::kTarget);

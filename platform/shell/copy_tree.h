@@ -56,8 +56,6 @@ class TreeCopier {
 
   Operation& operation_;
   ContentCopier content_;
-  mode_t mask_ = 0777;
-  bool mask_known_ = false;
   std::string* from_path_ = nullptr;
   std::string* to_path_ = nullptr;
   CopiedTree* copied_ = nullptr;

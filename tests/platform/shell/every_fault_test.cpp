@@ -161,6 +161,16 @@ INSTANTIATE_TEST_SUITE_P(Trash, EveryFaultTest,
                                            Row{"KilledAcross", Volume::kTaken, Kind::kKill, 0}),
                          [](const auto& test) { return std::string(test.param.name); });
 
+TEST_F(ShellTest, LargeTargetsAreNotReadForEachItem) {
+  Make("a=1 t/");
+  for (int i = 0; i < 1000; ++i) std::ofstream("t/other" + std::to_string(i));
+  const Faults none(Kind::kOnce, 1 << 30, 0, "getdents64 ");
+  EXPECT_EQ(Perform(kCopying, {"a"}, {"t\\b"}), kDone);
+  EXPECT_EQ(Perform(kCopying, {"a"}, {"t\\OTHER7"}), kDone);
+  EXPECT_EQ(none.calls, 0);
+  EXPECT_EQ(ContentOf("t/other7"), "1");
+}
+
 // The whole operation with one kind of fault; `after` when the code is 0.
 struct Case {
   const char* name;
