@@ -332,7 +332,7 @@ TEST_F(ShellTest, TimesAndModesComeAlongWhateverTheMask) {
   utimensat(AT_FDCWD, "d/x", times, 0);
   utimensat(AT_FDCWD, "d", times, 0);
   chmod("d", 0750);
-  const mode_t before = umask(0777);
+  const mode_t before = umask(077);
   EXPECT_EQ(Perform(kCopying, {"d"}, {"e"}), kDone);
   umask(before);
   for (const char* name : {"e", "e/x"}) {
