@@ -60,6 +60,7 @@ class TreeCopier::Walk {
   Walk(const Walk&) = delete;
   Walk& operator=(const Walk&) = delete;
   ~Walk() {
+    if (open_.size() > out_.depth()) open_.pop_back();  // could not be gone into
     while (!open_.empty()) {
       Descriptor left;
       const INT code = out_.TryLeave(left);
@@ -127,10 +128,7 @@ class TreeCopier::Walk {
     for (std::size_t i = 0; !made && i < entries.size(); ++i) spellings.Expect(entries.NameOf(i));
     open_.push_back({std::move(entries), std::move(spellings), facts, made, record, from_length, to_length});
     copier_.depth_ = open_.size();
-    if (const int error = out_.TryEnter(name.c_str()); error != 0) {
-      open_.pop_back();
-      Fail(error, Side::kTarget);
-    }
+    out_.Enter(name.c_str());
   }
 
   // Makes the directory, or finds one to join; its name.

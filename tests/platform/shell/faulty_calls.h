@@ -13,6 +13,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
+#include <new>
 #include <string_view>
 
 namespace Orvix::testing {
@@ -37,7 +39,7 @@ struct Faults {
   Kind kind;
   int at;
   int error;
-  std::string_view names;  // of the calls that count, with a blank behind each; empty: all
+  std::string_view names;  // of the calls that count, with a blank behind each; empty: all but "new"
   int calls = 0;
   int failed = 0;
   bool endless = false;  // calls were made as if there were no end of failing
@@ -53,6 +55,7 @@ inline Faults::~Faults() { faults = nullptr; }
 
 inline bool Faults::Take(std::string_view name) {
   constexpr std::string_view kInterruptible = "open openat ftruncate write pwrite getdents64 copy_file_range syncfs ";
+  if (name == "new" && names != "new ") return false;
   const std::string_view counted = kind == Kind::kTurns ? kInterruptible : names;
   const std::size_t found = counted.find(name);
   if (!counted.empty() && (found == std::string_view::npos || counted[found + name.size()] != ' ')) return false;
@@ -144,6 +147,22 @@ ssize_t copy_file_range(int in, off64_t* from, int out, off64_t* to, size_t coun
   return syscall(SYS_copy_file_range, in, from, out, to, count, flags);
 }
 }  // extern "C"
+
+void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+  return Orvix::testing::Fails("new") ? nullptr : std::malloc(std::max<std::size_t>(bytes, 1));
+}
+void* operator new[](std::size_t bytes, const std::nothrow_t& none) noexcept { return operator new(bytes, none); }
+void* operator new(std::size_t bytes) {
+  if (void* const block = operator new(bytes, std::nothrow)) return block;
+  throw std::bad_alloc();
+}
+void* operator new[](std::size_t bytes) { return operator new(bytes); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { std::free(block); }
 
 #undef ORVIX_FAULTY
 #undef ORVIX_MODE

@@ -37,6 +37,7 @@ class HostTest : public ShellTest {
                              std::int64_t bytes_done, std::int64_t bytes_total) -> LONG {
       auto& test = *static_cast<HostTest*>(self);
       test.seen_.push_back({0, ToUtf8(name), items_total, bytes_done, bytes_total});
+      if (test.seen_.size() == 2 && test.meanwhile_ != nullptr) test.meanwhile_();
       return static_cast<int>(test.seen_.size()) == test.cancel_at_ ? 1 : 0;
     };
     OxSetHost(&table_);
@@ -55,6 +56,7 @@ class HostTest : public ShellTest {
   std::vector<LONG> answers_;
   std::vector<Seen> seen_;
   int cancel_at_ = 0;
+  void (*meanwhile_)() = nullptr;  // called at the second report
 };
 
 constexpr LONG kNo = 0;
@@ -172,6 +174,17 @@ TEST_F(HostTest, WhatIsMountedInATreeIsLeftAndNamed) {
     EXPECT_TRUE(named == Full("d\\m") || named == Full("d\\n")) << named;
   }
   EXPECT_EQ(Now(), before);
+}
+
+// The walk is far below, and what it came from is another's by then.
+TEST_F(HostTest, ATreeMovedAwayIsNotFollowedUp) {
+  std::string path = "d";
+  for (int i = 0; i < 40; ++i) path += "/d";
+  Make(path + "/x=1 o/keep=2");
+  meanwhile_ = [] { std::filesystem::rename("d/d/d/d", "o/d"); };
+  Watch();
+  EXPECT_EQ(Perform(kDeleting, {"d"}, {}), (Outcome{32, 0}));
+  EXPECT_EQ(Now(), "d/ d/d/ d/d/d/ o/ o/d/ o/keep=2");
 }
 
 TEST_F(HostTest, ReportsAreRareAndSilenceIsKept) {
