@@ -12,10 +12,16 @@ namespace Orvix::Shell {
 
 namespace {
 
-void RefuseMountPoint(const Levels& levels, Progress& progress, const std::string& path) {
-  if (!levels.IsMountPoint()) return;
-  progress.Stopped(path, kMountedHere);
+[[noreturn]] void Refuse(Progress* progress, const std::string& path) {
+  if (progress != nullptr) progress->Stopped(path, kMountedHere);
   throw ShellError{kInUse};
+}
+
+// Whether something is mounted on an entry, which is no directory.
+bool IsMountRoot(int directory, const char* name) {
+  struct statx facts;
+  if (statx(directory, name, AT_SYMLINK_NOFOLLOW, STATX_TYPE, &facts) != 0) return false;  // the deletion will tell
+  return (facts.stx_attributes & facts.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
 // `progress` is null where nobody is to hear of it.
@@ -24,14 +30,16 @@ struct Remover {
   std::string& path;
 
   void Enter(const Levels& levels, const Entries&) {
-    if (progress != nullptr) return RefuseMountPoint(levels, *progress, path);
-    if (levels.IsMountPoint()) throw ShellError{kInUse};
+    if (levels.IsMountPoint()) Refuse(progress, path);
   }
   void Entry(int directory, const char* name, unsigned char) { Unlink(directory, name, 0); }
   void Leave(int directory, const char* name) { Unlink(directory, name, AT_REMOVEDIR); }
 
   void Unlink(int directory, const char* name, int flags) {
-    if (unlinkat(directory, name, flags) != 0 && errno != ENOENT) Fail(errno, Side::kSource);
+    if (unlinkat(directory, name, flags) != 0 && errno != ENOENT) {
+      if (errno == EBUSY) Refuse(progress, path);
+      Fail(errno, Side::kSource);
+    }
     if (progress != nullptr) progress->ItemDone(path);
   }
 };
@@ -43,8 +51,13 @@ struct Checker {
   Progress& progress;
   std::string& path;
 
-  void Enter(const Levels& levels, const Entries&) { RefuseMountPoint(levels, progress, path); }
-  void Entry(int directory, const char* name, unsigned char) { Ask(directory, name, AT_REMOVEDIR, ENOTDIR); }
+  void Enter(const Levels& levels, const Entries&) {
+    if (levels.IsMountPoint()) Refuse(&progress, path);
+  }
+  void Entry(int directory, const char* name, unsigned char) {
+    if (IsMountRoot(directory, name)) Refuse(&progress, path);
+    Ask(directory, name, AT_REMOVEDIR, ENOTDIR);
+  }
   void Leave(int directory, const char* name) { Ask(directory, name, 0, EISDIR); }
 
   static void Ask(int directory, const char* name, int flags, int harmless) {
@@ -95,7 +108,6 @@ class CopiedRemover {
     struct stat now;
     if (fstat(levels_.here(), &now) != 0) Fail(errno, Side::kSource);
     if (SameFile(now, copied_[i].facts)) {
-      if (levels_.IsMountPoint()) throw ShellError{kInUse};
       open_.push_back({i});
       return i + 1;
     }

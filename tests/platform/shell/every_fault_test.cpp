@@ -190,6 +190,8 @@ struct Case {
   const char* to;
   INT code;
   const char* after;
+  int at = 1;
+  std::uint16_t flags = kUndo;
 };
 void PrintTo(const Case& row, std::ostream* stream) { *stream << row.name; }
 
@@ -197,6 +199,7 @@ class FaultyOperationTest : public ShellTest, public ::testing::WithParamInterfa
 
 TEST_P(FaultyOperationTest, Ends) {
   const Case& c = GetParam();
+  const mode_t mask = umask(022);
   Make(c.before);
   const std::vector<std::string> to = *c.to == '\0' ? std::vector<std::string>{} : std::vector<std::string>{c.to};
   const std::string data_home = getenv("XDG_DATA_HOME");
@@ -205,8 +208,8 @@ TEST_P(FaultyOperationTest, Ends) {
   Outcome outcome{};
   bool endless = false;
   {
-    const Faults faulty(c.kind, 1, c.error, c.calls);
-    outcome = Perform(c.operation, {from}, to, kUndo);
+    const Faults faulty(c.kind, c.at, c.error, c.calls);
+    outcome = Perform(c.operation, {from}, to, c.flags);
     endless = faulty.endless;
     EXPECT_GT(faulty.calls, 0);
   }
@@ -219,7 +222,11 @@ TEST_P(FaultyOperationTest, Ends) {
     }
   }
   std::filesystem::remove_all("home");
+  umask(mask);
   EXPECT_EQ(Now(), c.after);
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(".")) {
+    EXPECT_TRUE(!entry.is_directory() || entry.status().permissions() == std::filesystem::perms(0755)) << entry.path();
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -237,6 +244,12 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"NothingThereButTaken", Kind::kOnward, EEXIST, "renameat2 ", "a=1 t/", kMoving, "a", "t", 32, "a=1 t/"},
         Case{"EveryNameIsTaken", Kind::kOnward, EEXIST, "linkat ", "a=1 t/", kCopying, "a", "t", 32, "a=1 t/"},
         Case{"WriteError", Kind::kOnce, EIO, "pwrite ", "a=1 t/a=9", kCopying, "a", "t", 29, "a=1 t/ t/a=9"},
+        Case{"WriteErrorInTree", Kind::kOnce, EIO, "pwrite ", "d/s/x=1 t/", kCopying, "d", "t", 29,
+             "d/ d/s/ d/s/x=1 t/ t/d/ t/d/s/"},
+        Case{"AcrossFoundWhenReplacing", Kind::kOnce, EXDEV, "renameat ", "a=1 t/a=9", kMoving, "a", "t", 0,
+             "t/ t/a=1"},
+        Case{"AcrossFoundWhenNumbering", Kind::kOnce, EXDEV, "renameat2 ", "a=1 t/a=9", kMoving, "a", "t", 0,
+             "t/ t/a (2)=1 t/a=9", 2, 0x18},
         Case{"Quota", Kind::kOnce, EDQUOT, "pwrite ", "a=1 t/a=9", kCopying, "a", "t", 112, "a=1 t/ t/a=9"},
         Case{"LateWriteError", Kind::kOnward, EIO, "close ", "a=1 t/a=9", kCopying, "a", "t", 29, "a=1 t/ t/a=9"}),
     [](const auto& test) { return std::string(test.param.name); });

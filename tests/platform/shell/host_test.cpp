@@ -159,19 +159,21 @@ TEST_F(HostTest, ACancelledCopyLeavesNoHalfFile) {
 }
 
 TEST_F(HostTest, WhatIsMountedInATreeIsLeftAndNamed) {
-  Make("d/m/ d/n/ o/y=2");
+  Make("d/m/ d/n/ d/k/ o/y=2");
   const Mounted file_system(directory_.Native("d/m"));
   const Mounted same_device(directory_.Native("d/n"), directory_.Native("o"));
+  const Mounted file(directory_.Native("d/k/f"), directory_.Native("o/y"));
   const Mounted elsewhere(directory_.Native("v"));
-  if (!file_system.ok() || !same_device.ok() || !elsewhere.ok()) GTEST_SKIP() << "mounting is not allowed";
+  if (!file_system.ok() || !same_device.ok() || !file.ok() || !elsewhere.ok())
+    GTEST_SKIP() << "mounting is not allowed";
   Make("d/m/x=1 v/d/");
   Watch();
   const std::string before = Now();
-  for (const char* const top : {"d", "d\\m", "d\\n"}) {
+  for (const char* const top : {"d", "d\\m", "d\\n", "d\\k"}) {
     EXPECT_EQ(Perform(kDeleting, {top}, {}), (Outcome{32, 0})) << top;
     EXPECT_EQ(Perform(kMoving, {top}, {"v"}), (Outcome{32, 0})) << top;
     const std::string named = seen_.back().name;
-    EXPECT_TRUE(named == Full("d\\m") || named == Full("d\\n")) << named;
+    EXPECT_TRUE(named == Full("d\\m") || named == Full("d\\n") || named == Full("d\\k\\f")) << named;
   }
   EXPECT_EQ(Now(), before);
 }

@@ -5,6 +5,7 @@
 #include <sys/mount.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <utility>
 
@@ -12,9 +13,13 @@ namespace Orvix::testing {
 
 class Mounted {
  public:
-  // With `bound`, that directory is shown instead.
+  // With `bound`, that directory or file is shown instead.
   explicit Mounted(std::string path, const std::string& bound = "") : path_(std::move(path)) {
-    std::filesystem::create_directories(path_);
+    if (bound.empty() || std::filesystem::is_directory(bound)) {
+      std::filesystem::create_directories(path_);
+    } else {
+      std::ofstream(path_).close();
+    }
     ok_ = bound.empty() ? mount("tmpfs", path_.c_str(), "tmpfs", 0, "size=1m,mode=777") == 0
                         : mount(bound.c_str(), path_.c_str(), nullptr, MS_BIND, nullptr) == 0;
   }
