@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kMostOutput_bytes = std::size_t{4} << 20;
 
 bool IsKdeDesktop() {
-  const char* const desktops = std::getenv("XDG_CURRENT_DESKTOP");
+  const char* const desktops = secure_getenv("XDG_CURRENT_DESKTOP");
   for (std::string_view rest = desktops == nullptr ? "" : desktops; !rest.empty();) {
     const std::string_view desktop = rest.substr(0, rest.find(':'));
     rest.remove_prefix(std::min(rest.size(), desktop.size() + 1));
@@ -49,7 +49,7 @@ std::vector<std::string> ChooseFiles(const ChooserRequest& asked) {
   if (!HasDisplay()) return {};
   ChooserRequest request = asked;
   // An owner is a window of the X display: without one the program would look in vain.
-  if (const char* const x = std::getenv("DISPLAY"); x == nullptr || *x == '\0') request.owner = 0;
+  if (const char* const x = secure_getenv("DISPLAY"); x == nullptr || *x == '\0') request.owner = 0;
   std::array programs{&kZenity, &kKdialog};
   if (IsKdeDesktop()) std::ranges::reverse(programs);
   for (const ChooserProgram* const program : programs) {

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <ctime>
 #include <utility>
@@ -33,6 +34,14 @@ int Retried(Call call) {
 
 // The directory entry that carries a descriptor's file, for linkat.
 std::string EntryOf(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
+
+// Whether descriptors have such entries here; once they do, they always do.
+bool HasEntries(int descriptor) {
+  static std::atomic<bool> known{false};
+  struct stat ignored;
+  if (!known && fstatat(AT_FDCWD, EntryOf(descriptor).c_str(), &ignored, 0) == 0) known = true;
+  return known;
+}
 
 // Gives a file without a name one. The first form needs rights that few have.
 int LinkDescriptor(int descriptor, int directory, const char* name) {
@@ -83,6 +92,13 @@ int RenameToFreeName(int from, const char* name, int to, const char* to_name) no
   return renameat(from, name, to, to_name) == 0 ? 0 : errno;
 }
 
+int LateFailure(int descriptor) noexcept {
+  // They show when any descriptor of the file is closed.
+  const int second = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+  if (second < 0) return errno;
+  return close(second) == 0 || errno == EINTR ? 0 : errno;
+}
+
 StagedFile::~StagedFile() {
   if (!name_.empty()) unlinkat(directory_, name_.c_str(), 0);
   if (descriptor_ >= 0) close(descriptor_);  // last, with the lock
@@ -110,11 +126,7 @@ StagedFile::StagedFile(int directory) : directory_(directory) {
 int StagedFile::MakeFile(mode_t mode) {
   descriptor_ = Retried([&] { return openat(directory_, ".", O_WRONLY | O_TMPFILE | O_CLOEXEC, mode); });
   if (descriptor_ >= 0) {
-    struct stat ignored;
-    if (fstatat(AT_FDCWD, EntryOf(descriptor_).c_str(), &ignored, 0) == 0) {
-      flock(descriptor_, LOCK_SH | LOCK_NB);  // where that is not to be had, nobody else gets one either
-      return 0;
-    }
+    if (HasEntries(descriptor_)) return 0;
     close(std::exchange(descriptor_, -1));  // there would be no way to name it
   } else if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL && errno != ENOENT) {
     return errno;
@@ -148,6 +160,9 @@ int StagedFile::MakeSpecial(mode_t mode, dev_t device) {
 }
 
 int StagedFile::Commit(const char* name, bool replace) {
+  if (descriptor_ >= 0) {
+    if (const int error = LateFailure(descriptor_); error != 0) return error;
+  }
   if (name_.empty() && !replace) return LinkDescriptor(descriptor_, directory_, name);
   if (name_.empty()) {
     const int error =

@@ -15,6 +15,10 @@ namespace Orvix {
 // Renames without ever replacing: an errno value, EEXIST when the name is taken.
 [[nodiscard]] int RenameToFreeName(int from, const char* name, int to, const char* to_name) noexcept;
 
+// Late write failures of an open file, which stays open with its locks: an errno
+// value, 0 for none.
+[[nodiscard]] int LateFailure(int descriptor) noexcept;
+
 class StagedFile {
  public:
   // `directory` (any open descriptor of it) stays open as long as this.
@@ -33,10 +37,11 @@ class StagedFile {
   // Of a link or a special file: its temporary name.
   [[nodiscard]] const char* name() const { return name_.c_str(); }
 
-  // Gives the entry its name; an errno value. EEXIST when `replace` is not set and
-  // the name is taken: the entry then waits for another call.
+  // Gives the entry its name, unless late write failures show; an errno value.
+  // EEXIST when `replace` is not set and the name is taken: the entry then waits
+  // for another call.
   [[nodiscard]] int Commit(const char* name, bool replace);
-  // Closes the descriptor, whose late write failures show here; an errno value.
+  // Closes the descriptor; an errno value.
   [[nodiscard]] int Close();
 
  private:

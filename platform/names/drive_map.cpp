@@ -32,11 +32,11 @@ std::string AsRoot(std::string_view directory) { return WithoutTrailingSlashes(A
 // The user's data directory; empty when there is no home either.
 std::string DataDirectory() {
   // Relative values are to be ignored.
-  if (const char* data = std::getenv("XDG_DATA_HOME"); data != nullptr && data[0] == '/') {
+  if (const char* data = secure_getenv("XDG_DATA_HOME"); data != nullptr && data[0] == '/') {
     return WithoutTrailingSlashes(data);
   }
   std::string home;
-  if (const char* value = std::getenv("HOME"); value != nullptr && value[0] == '/') {
+  if (const char* value = secure_getenv("HOME"); value != nullptr && value[0] == '/') {
     home = value;
   } else {
     passwd entry{};
@@ -55,7 +55,7 @@ struct DriveMap {
       own_drive = data + "/orvix/drive_c";
       drives[u'C'] = own_drive;
     }
-    if (const char* listed = std::getenv("ORVIX_DRIVES"); listed != nullptr) ReadList(listed);
+    if (const char* listed = secure_getenv("ORVIX_DRIVES"); listed != nullptr) ReadList(listed);
   }
 
   std::shared_mutex mutex;

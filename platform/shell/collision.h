@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/shell/operation.h"
+#include "platform/shell/results.h"
 
 namespace Orvix::Shell {
 
@@ -28,13 +29,17 @@ enum class Verdict {
 // name is cut where a character ends.
 [[nodiscard]] std::string NumberedName(std::string_view name, int number, bool directory);
 
-// Calls `take` with numbered names, from 2 on, until it returns true.
+inline constexpr int kMostNumbers = 1'000'000;
+
+// Calls `take` with numbered names, from 2 on, until it returns true. Code 0x20
+// when there is no end of it.
 template <class Take>
 std::string TakeNumberedName(std::string_view name, bool directory, Take&& take) {
-  for (int number = 2;; ++number) {
+  for (int number = 2; number < kMostNumbers; ++number) {
     std::string numbered = NumberedName(name, number, directory);
     if (take(numbered)) return numbered;
   }
+  throw ShellError{kInUse};
 }
 
 }  // namespace Orvix::Shell

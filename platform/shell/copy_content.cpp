@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <limits>
 
+#include "platform/shell/descriptor.h"
 #include "platform/shell/results.h"
 
 namespace Orvix::Shell {
@@ -39,7 +40,7 @@ void WriteAll(int out, const char* bytes, std::size_t count, off_t at) {
 
 bool ContentCopier::Clone(int in, const struct stat& facts, int out) {
   if (!clones_ || facts.st_size == 0) return false;
-  if (ioctl(out, FICLONE, in) == 0) return true;
+  if (Retried([&] { return ioctl(out, FICLONE, in); }) == 0) return true;
   if (!IsRefusal(errno)) Fail(errno, Side::kTarget);
   clones_ = false;
   return false;
@@ -101,9 +102,10 @@ void ContentCopier::Copy(int in, const struct stat& facts, int out, const std::s
   if (!sparse) {
     // Generated files say 0 and have content all the same.
     CopyRange(in, out, 0, facts.st_size > 0 ? facts.st_size : std::numeric_limits<off_t>::max(), path);
-  } else if (ftruncate(out, CopySparse(in, out, facts.st_size, path)) != 0) {
-    Fail(errno, Side::kTarget);
+    return;
   }
+  const off_t length = CopySparse(in, out, facts.st_size, path);
+  if (Retried([&] { return ftruncate(out, length); }) != 0) Fail(errno, Side::kTarget);
 }
 
 }  // namespace Orvix::Shell

@@ -10,17 +10,18 @@
 
 #include "platform/shell/copy_content.h"
 #include "platform/shell/operation.h"
-#include "platform/shell/spellings.h"
 
 namespace Orvix::Shell {
 
-// What was copied whole, so that a move can take away just that.
+// What was copied, so that a move can take away just that.
 struct CopiedEntry {
   std::string name;
   struct stat facts;  // when it was opened
+  std::size_t depth;  // 0 for the entry that was asked for
   bool whole = false;
-  std::vector<CopiedEntry> below;  // of a directory
 };
+// Each directory comes before what is below it.
+using CopiedTree = std::vector<CopiedEntry>;
 
 // Entry counts and bytes below and with an entry, for progress.
 void ExpectTree(Progress& progress, int directory, const char* name, bool with_bytes);
@@ -39,25 +40,26 @@ class TreeCopier {
     bool fresh;  // the target directory was made for this copy: nothing is there
   };
 
-  // False when the user kept something from being copied. `copied` may be null.
-  // After a failure the files copied so far stay.
-  bool Copy(const Route& route, std::string& from_path, std::string& to_path, CopiedEntry* copied);
+  // False when the user kept something from being copied. `copied` may be null,
+  // and is empty at first otherwise. After a failure the files copied so far stay.
+  bool Copy(const Route& route, std::string& from_path, std::string& to_path, CopiedTree* copied);
 
  private:
-  bool CopyEntry(const Route& route, unsigned char type, CopiedEntry* copied, int depth);
-  bool CopyDirectory(const Route& route, CopiedEntry* copied, int depth);
-  bool CopyContent(int in, int out, bool made, CopiedEntry* copied, int depth);
-  bool CopyFile(const Route& route, CopiedEntry* copied);
-  bool CopyLinkOrSpecial(const Route& route, CopiedEntry* copied);
+  class Walk;
+
+  bool CopyEntry(const Route& route, unsigned char type);
+  bool CopyFile(const Route& route);
+  bool CopyLinkOrSpecial(const Route& route);
   template <class Stage>
   bool Place(const Route& route, Stage&& stage);
+  void Note(const char* name, const struct stat& facts);
 
   Operation& operation_;
   ContentCopier content_;
-  mode_t mask_ = 0777;
-  bool mask_known_ = false;
   std::string* from_path_ = nullptr;
   std::string* to_path_ = nullptr;
+  CopiedTree* copied_ = nullptr;
+  std::size_t depth_ = 0;
 };
 
 }  // namespace Orvix::Shell

@@ -30,24 +30,38 @@ class Descriptor {
 
   [[nodiscard]] int get() const noexcept { return number_; }
   [[nodiscard]] bool ok() const noexcept { return number_ >= 0; }
-  // Closes now; an errno value, 0 for success. Late write failures show here.
-  int Close() noexcept { return close(std::exchange(number_, -1)) == 0 ? 0 : errno; }
+  void Close() noexcept {
+    if (number_ >= 0) close(std::exchange(number_, -1));
+  }
 
  private:
   int number_ = -1;
 };
 
+// Calls again what a signal has interrupted.
+template <class Call>
+auto Retried(Call&& call) {
+  for (;;) {
+    const auto result = call();
+    if (result >= 0 || errno != EINTR) return result;
+  }
+}
+
+inline int OpenAt(int directory, const char* name, int flags, mode_t mode = 0) {
+  return Retried([&] { return openat(directory, name, flags, mode); });
+}
+
 // A directory as callers named it: links on the way there are theirs to follow.
 // Only for reaching its entries.
 inline Descriptor ReachDirectory(const std::string& path, Side side) {
-  Descriptor directory(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  Descriptor directory(OpenAt(AT_FDCWD, path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
   if (!directory.ok()) Fail(errno, side);
   return directory;
 }
 
 // The directory `name` in an open one, for reading. A link is refused.
 inline Descriptor OpenDirectory(int parent, const char* name, Side side) {
-  Descriptor directory(openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  Descriptor directory(OpenAt(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!directory.ok()) Fail(errno, side);
   return directory;
 }

@@ -13,10 +13,6 @@
 
 namespace Orvix::Shell {
 
-// Directories nested deeper than this are refused with 0x79: each level holds
-// an open descriptor and a frame of the stack.
-inline constexpr int kDeepest = 1500;
-
 class Entries {
  public:
   struct Entry {
@@ -27,12 +23,16 @@ class Entries {
   // Without "." and "..", in the directory's own order.
   Entries(int directory, Side side);
 
+  // By the bytes of the names: what comes of several entries that meet shall not
+  // depend on how the directory is kept.
+  void Sort();
+
   [[nodiscard]] std::size_t size() const { return entries_.size(); }
   [[nodiscard]] const char* NameOf(std::size_t i) const { return names_.data() + entries_[i].at; }
   [[nodiscard]] unsigned char TypeOf(std::size_t i) const { return entries_[i].type; }
 
  private:
-  void Take(int directory, const dirent64& entry);
+  void Take(int directory, const dirent64& entry, Side side);
 
   std::string names_;  // NUL-terminated
   std::vector<Entry> entries_;

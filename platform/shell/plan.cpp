@@ -53,7 +53,9 @@ void PairWithTargetList(const std::vector<Source>& sources, const std::vector<Te
     const Source& source = sources[i];
     // A source beyond the list goes to the current directory.
     const Target target = i < names.size() ? FindTarget(names[i]) : CurrentDirectory();
-    if (each_its_own && !source.pattern) {
+    // A single one goes into a directory that is there; one of several joins it.
+    const bool into = source.pattern || !each_its_own || (sources.size() == 1 && target.is_directory);
+    if (!into) {
       PutUnderName(source, target, plan);
     } else {
       PutInto(source, target, plan);

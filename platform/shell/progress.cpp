@@ -2,11 +2,14 @@
 // a short operation is seen and can be cancelled too.
 #include "platform/shell/progress.h"
 
+#include <syslog.h>
+
 #include <chrono>
 
 #include "frame/runtime/runtime_error.h"
 #include "platform/names/path_map.h"
 #include "platform/shell/results.h"
+#include "platform/windows/message_box.h"
 
 namespace Orvix::Shell {
 
@@ -48,11 +51,22 @@ void Progress::Report(const std::string& path) {
     return;
   }
   next_report_ms_ = now + kBetweenReports_ms;
+  if (Tell(path) != 0) Cancel();
+}
+
+LONG Progress::Tell(const std::string& path) {
   const Text shown = (flags_ & kSimpleProgress) != 0 ? title_ : ShownName(path);
   // What grew since it was counted shall not exceed the total.
   const std::int64_t items = items_done_ > items_total_ ? items_done_ : items_total_;
   const std::int64_t bytes = bytes_done_ > bytes_total_ ? bytes_done_ : bytes_total_;
-  if (host_.FileProgress(host_.context, shown.c_str(), items_done_, items, bytes_done_, bytes) != 0) Cancel();
+  return host_.FileProgress(host_.context, shown.c_str(), items_done_, items, bytes_done_, bytes);
+}
+
+void Progress::Stopped(const std::string& path, TextView why) {
+  const std::string record = LogRecordOf(Text(why) + u": " + ShownName(path), u"File operation");
+  openlog("Orvix", 0, LOG_USER);
+  syslog(LOG_USER | LOG_WARNING, "%s", record.c_str());
+  if (watched_ && Tell(path) != 0) aborted_ = true;  // it ends either way
 }
 
 bool Progress::Asks(LONG kind) const {

@@ -11,6 +11,9 @@
 
 namespace Orvix::Shell {
 
+// What the system log says of a deletion that would have emptied something else.
+inline constexpr TextView kMountedHere = u"Left alone, since something is mounted here";
+
 class Progress {
  public:
   Progress(const OxHost& host, const Request& request);
@@ -35,6 +38,9 @@ class Progress {
   void Start(const std::string& path) {
     if (watched_) Report(path);
   }
+  // The item that ends the operation, where its name says more than the result
+  // code; `why` is for the system log.
+  void Stopped(const std::string& path, TextView why);
 
   // Whether to go on with what `kind` (kOxAsk...) means for the native `path`. A
   // no leaves that part undone. Throws 0x75 when the host cancels.
@@ -46,6 +52,7 @@ class Progress {
 
  private:
   void Report(const std::string& path);
+  [[nodiscard]] LONG Tell(const std::string& path);
   [[noreturn]] void Cancel();
 
   OxHost host_;

@@ -61,7 +61,7 @@ void FindMatches(TextView name, bool files_only, std::vector<Place>& matches) {
     return;  // a drive that is not there holds nothing
   }
   while (path.size() > 1 && path.back() == '/') path.pop_back();
-  const Descriptor open_directory(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const Descriptor open_directory(OpenAt(AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!open_directory.ok() && (errno == ENOENT || errno == ENOTDIR)) return;
   if (!open_directory.ok()) Fail(errno, Side::kSource);
   const Entries entries(open_directory.get(), Side::kSource);

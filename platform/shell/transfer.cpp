@@ -12,6 +12,7 @@
 #include "platform/shell/copy_tree.h"
 #include "platform/shell/descriptor.h"
 #include "platform/shell/move_tree.h"
+#include "platform/shell/spellings.h"
 #include "platform/shell/staged.h"
 
 namespace Orvix::Shell {
@@ -23,9 +24,9 @@ namespace {
 bool IsAtOrAbove(const struct stat& outer, std::string path) {
   Descriptor here;
   for (;;) {
-    here = Descriptor(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    here = Descriptor(OpenAt(AT_FDCWD, path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (here.ok()) break;
-    if (errno != ENOENT && errno != ENOTDIR) Fail(errno, Side::kTarget);
+    if ((errno != ENOENT && errno != ENOTDIR) || path == "/") Fail(errno, Side::kTarget);
     const std::size_t slash = path.rfind('/');
     path.resize(slash == 0 ? 1 : slash);
   }
@@ -33,7 +34,7 @@ bool IsAtOrAbove(const struct stat& outer, std::string path) {
   if (fstat(here.get(), &facts) != 0) Fail(errno, Side::kTarget);
   for (;;) {
     if (SameFile(facts, outer)) return true;
-    Descriptor above(openat(here.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    Descriptor above(OpenAt(here.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
     struct stat next;
     if (!above.ok() || fstat(above.get(), &next) != 0) Fail(errno, Side::kTarget);
     if (SameFile(next, facts)) return false;  // the root
@@ -86,9 +87,8 @@ bool Transferrer::ReachTarget(const std::string& path) {
   }
   to_ = ReachDirectory(path, Side::kTarget);
   to_path_ = path;
-  const auto [place, is_new] = known_.try_emplace(path, to_.get(), /*fresh=*/false);
+  const auto [place, is_new] = known_.try_emplace(path, /*fresh=*/false);
   spellings_ = &place->second;
-  spellings_->Reach(to_.get());
   if (is_new) {
     for (const std::string* const name : coming_[path]) spellings_->Expect(*name);
   }
@@ -152,7 +152,7 @@ void Transferrer::Run(const Item& item) {
     }
   }
   if (!ReachTarget(item.target.directory)) return;
-  const std::string to_name = spellings_->Find(item.target.name);
+  const std::string to_name = spellings_->Find(to_.get(), item.target.name);
   if (MeetsItself(item, source, to_name)) return operation_.progress.ItemDone(item.source.Path());
   // A renaming does not join directories.
   if (renaming && directory && !operation_.request.Has(kRenameOnCollision) &&

@@ -10,28 +10,34 @@
 
 #include "platform/shell/collision.h"
 #include "platform/shell/move_tree.h"
+#include "platform/shell/remove_tree.h"
 #include "platform/shell/staged.h"
 
 namespace Orvix::Shell {
 
 namespace {
 
-constexpr std::string_view kInformationEnd = ".trashinfo";
-constexpr std::size_t kLongestName = 255;
-constexpr int kMostNames = 1'000'000;
+constexpr std::size_t kLongestItem = 255 - std::string_view(".trashinfo").size();
+
+// Refusals that another trash may do without; everything else ends the operation.
+bool IsRefusal(int error) {
+  return error == EACCES || error == EPERM || error == EROFS || error == ENOTDIR || error == ELOOP || error == ENOSPC ||
+         error == EDQUOT;
+}
 
 // The directory `name` in an open one, made when it is missing, but never
-// reached through a link. None on failure, errno saying why.
-Descriptor MakeAndOpen(int parent, const char* name) {
-  if (mkdirat(parent, name, 0700) != 0 && errno != EEXIST) return Descriptor{};
-  return Descriptor(openat(parent, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+// reached through a link. An errno value.
+int MakeAndOpen(int parent, const char* name, Descriptor& made) {
+  if (mkdirat(parent, name, 0700) != 0 && errno != EEXIST) return errno;
+  made = Descriptor(OpenAt(parent, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  return made.ok() ? 0 : errno;
 }
 
 // The user's data directory, made when it is missing.
 std::string DataHome() {
-  const char* const named = std::getenv("XDG_DATA_HOME");
+  const char* const named = secure_getenv("XDG_DATA_HOME");
   if (named != nullptr && named[0] == '/') return named;  // relative ones are to be ignored
-  const char* home = std::getenv("HOME");
+  const char* home = secure_getenv("HOME");
   if (home != nullptr && home[0] == '/') return std::string(home) + "/.local/share";
   passwd entry{};
   passwd* found = nullptr;
@@ -54,6 +60,7 @@ dev_t HomeDevice() {
   std::string path = DataHome() + "/Trash";
   struct stat facts;
   while (stat(path.c_str(), &facts) != 0) {
+    if ((errno != ENOENT && errno != ENOTDIR) || path == "/") Fail(errno, Side::kTarget);
     const std::size_t slash = path.rfind('/');
     path.resize(slash == 0 ? 1 : slash);
   }
@@ -61,13 +68,14 @@ dev_t HomeDevice() {
 }
 
 // The top directory of the file system that holds an open directory.
-Descriptor TopOf(int directory, const struct stat& start) {
-  struct stat here = start;
-  Descriptor top(openat(directory, ".", O_PATH | O_DIRECTORY | O_CLOEXEC));
+Descriptor TopOf(int directory) {
+  Descriptor top(OpenAt(directory, ".", O_PATH | O_DIRECTORY | O_CLOEXEC));
+  struct stat here;
+  if (!top.ok() || fstat(top.get(), &here) != 0) Fail(errno, Side::kSource);
   for (;;) {
-    Descriptor above(openat(top.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    Descriptor above(OpenAt(top.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
     struct stat facts;
-    if (!above.ok() || fstat(above.get(), &facts) != 0) return top;
+    if (!above.ok() || fstat(above.get(), &facts) != 0) Fail(errno, Side::kSource);
     if (facts.st_dev != here.st_dev || facts.st_ino == here.st_ino) return top;
     here = facts;
     top = std::move(above);
@@ -91,88 +99,75 @@ std::string RealPath(const std::string& path) {
 // information file.
 std::string NameToTry(const std::string& name, int number) {
   std::string tried = name;
-  if (tried.size() + kInformationEnd.size() + 16 > kLongestName) {
-    std::size_t length = kLongestName - kInformationEnd.size() - 16;
+  if (tried.size() + 16 > kLongestItem) {
+    std::size_t length = kLongestItem - 16;
     while (length > 0 && (static_cast<unsigned char>(tried[length]) & 0xC0) == 0x80) --length;
     tried.resize(length);
   }
   return number == 1 ? tried : NumberedName(tried, number, /*directory=*/false);
 }
 
-}  // namespace
-
-std::string TrashInformation(std::string_view path, const struct tm& deleted) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
-  constexpr std::string_view kPlain = "/-._~";
-  std::string text = "[Trash Info]\nPath=";
-  for (const char unit : path) {
-    const auto byte = static_cast<unsigned char>(unit);
-    const bool letter = static_cast<unsigned char>((byte | 0x20) - 'a') < 26 && byte < 0x80;
-    const bool digit = byte >= '0' && byte <= '9';
-    if (letter || digit || kPlain.find(unit) != std::string_view::npos) {
-      text += unit;
-    } else {
-      text += '%';
-      text += kDigits[byte >> 4];
-      text += kDigits[byte & 0xF];
-    }
-  }
-  char date[64];
-  text.append(date, std::strftime(date, sizeof date, "\nDeletionDate=%Y-%m-%dT%H:%M:%S\n", &deleted));
-  return text;
+// Opens the parts of a trash, whose directory is open. An errno value.
+int OpenParts(TrashCan& can) {
+  if (const int error = MakeAndOpen(can.trash.get(), "files", can.files); error != 0) return error;
+  return MakeAndOpen(can.trash.get(), "info", can.information);
 }
 
-Trash::Can& Trash::HomeCan() {
+// The user's own trash `name` in an open directory. False when it is refused.
+bool OpenOwn(int parent, const std::string& name, TrashCan& can) {
+  int error = MakeAndOpen(parent, name.c_str(), can.trash);
+  struct stat facts;
+  if (error == 0 && fstat(can.trash.get(), &facts) != 0) Fail(errno, Side::kTarget);
+  if (error == 0 && facts.st_uid != geteuid()) return false;
+  if (error == 0) error = OpenParts(can);
+  if (error != 0 && !IsRefusal(error)) Fail(error, Side::kTarget);
+  return error == 0;
+}
+
+}  // namespace
+
+TrashCan& Trash::HomeCan() {
   if (home_.has_value()) return *home_;
   const std::string path = DataHome() + "/Trash";
   MakeDirectories(path);
-  const Descriptor trash = ReachDirectory(path, Side::kTarget);
-  Can can;
-  if (const int error = OpenParts(trash.get(), can); error != 0) Fail(error, Side::kTarget);
+  TrashCan can;
+  can.trash = ReachDirectory(path, Side::kTarget);
+  if (const int error = OpenParts(can); error != 0) Fail(error, Side::kTarget);
+  ClearAbandoned(can);
   return home_.emplace(std::move(can));
 }
 
-std::optional<Trash::Can> Trash::VolumeCan(int directory) {
-  struct stat start;
-  if (fstat(directory, &start) != 0) Fail(errno, Side::kSource);
-  const Descriptor top = TopOf(directory, start);
+std::optional<TrashCan> Trash::VolumeCan(int directory) {
+  const Descriptor top = TopOf(directory);
   const std::string user = std::to_string(geteuid());
-  Can can;
+  TrashCan can;
   can.top = PathOf(top.get());
   // An administrator's common directory counts when nobody can exchange what
   // others have in it.
   struct stat facts;
-  if (fstatat(top.get(), ".Trash", &facts, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(facts.st_mode) &&
-      (facts.st_mode & S_ISVTX) != 0) {
-    const Descriptor common(openat(top.get(), ".Trash", O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    const Descriptor own = common.ok() ? MakeAndOpen(common.get(), user.c_str()) : Descriptor{};
-    if (own.ok() && fstat(own.get(), &facts) == 0 && facts.st_uid == geteuid() && OpenParts(own.get(), can) == 0) {
-      return can;
-    }
+  if (FactsOf(top.get(), ".Trash", Side::kTarget, facts) && S_ISDIR(facts.st_mode) && (facts.st_mode & S_ISVTX) != 0) {
+    const Descriptor common(OpenAt(top.get(), ".Trash", O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!common.ok() && !IsRefusal(errno)) Fail(errno, Side::kTarget);
+    if (common.ok() && OpenOwn(common.get(), user, can)) return can;
   }
-  const Descriptor own = MakeAndOpen(top.get(), (".Trash-" + user).c_str());
-  if (!own.ok() || fstat(own.get(), &facts) != 0 || facts.st_uid != geteuid()) return std::nullopt;
-  if (OpenParts(own.get(), can) != 0) return std::nullopt;
+  if (!OpenOwn(top.get(), ".Trash-" + user, can)) return std::nullopt;
   return can;
 }
 
-int Trash::OpenParts(int trash, Can& can) {
-  can.files = MakeAndOpen(trash, "files");
-  if (!can.files.ok()) return errno;
-  can.information = MakeAndOpen(trash, "info");
-  return can.information.ok() ? 0 : errno;
-}
-
-Trash::Can& Trash::CanFor(int directory, dev_t device) {
+TrashCan& Trash::CanFor(int directory, dev_t device) {
   if (!home_device_.has_value()) home_device_ = HomeDevice();
   if (device == *home_device_) return HomeCan();
   const auto known = volumes_.find(device);
   if (known != volumes_.end()) return known->second;
-  std::optional<Can> can = VolumeCan(directory);
-  return can.has_value() ? volumes_.emplace(device, *std::move(can)).first->second : HomeCan();
+  std::optional<TrashCan> can = VolumeCan(directory);
+  if (!can.has_value()) return HomeCan();
+  ClearAbandoned(*can);
+  return volumes_.emplace(device, *std::move(can)).first->second;
 }
 
-int Trash::MoveInto(Can& can, int directory, const std::string& path, const std::string& name, bool by_copying) {
+namespace {
+
+std::string InformationFor(const TrashCan& can, const std::string& path) {
   std::string noted = path;
   if (!can.top.empty()) {
     // From a directory that is reached through a link the way may be another.
@@ -182,54 +177,90 @@ int Trash::MoveInto(Can& can, int directory, const std::string& path, const std:
   const std::time_t now = std::time(nullptr);
   struct tm deleted {};
   localtime_r(&now, &deleted);
-  const std::string text = TrashInformation(noted, deleted);
-  for (int number = 1; number <= kMostNames; ++number) {
-    const std::string tried = NameToTry(name, number);
-    const std::string information = tried + std::string(kInformationEnd);
-    Descriptor file(openat(can.information.get(), information.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    if (!file.ok() && errno == EEXIST) continue;
-    if (!file.ok()) return errno;
-    int error = write(file.get(), text.data(), text.size()) == static_cast<ssize_t>(text.size()) ? 0 : ENOSPC;
-    if (const int closing = file.Close(); error == 0) error = closing;
-    try {
-      if (error == 0 && by_copying) {
-        std::string from_path = path;
-        std::string to_path = tried;
-        struct stat taken;
-        if (FactsOf(can.files.get(), tried.c_str(), Side::kTarget, taken)) {
-          error = EEXIST;
-        } else {
-          TreeMover(operation_)
-              .MoveByCopying({directory, name.c_str(), can.files.get(), tried, false}, from_path, to_path);
-        }
-      } else if (error == 0) {
-        error = RenameToFreeName(directory, name.c_str(), can.files.get(), tried.c_str());
-      }
-    } catch (const ShellError&) {
-      // Half a copy without its information would be lost to the user's eyes.
-      struct stat left;
-      if (!FactsOf(can.files.get(), tried.c_str(), Side::kTarget, left)) {
-        unlinkat(can.information.get(), information.c_str(), 0);
-      }
-      throw;
-    }
-    if (error == 0) return 0;
-    unlinkat(can.information.get(), information.c_str(), 0);
-    if (error != EEXIST && error != ENOTEMPTY) return error;
+  return TrashInformation(noted, deleted);
+}
+
+// Renames `from_name` to a free name for the item `name`, which is returned; an
+// errno value in `error`.
+std::string Place(TrashEntry& entry, TrashCan& can, int from, const std::string& from_name, const std::string& name,
+                  int& error) {
+  for (int number = 1; number <= kMostNumbers; ++number) {
+    std::string tried = NameToTry(name, number);
+    error = entry.Claim(tried);
+    if (error == EEXIST) continue;
+    if (error != 0) return {};
+    error = RenameToFreeName(from, from_name.c_str(), can.files.get(), tried.c_str());
+    if (error == 0) return tried;
+    if (!entry.GiveUp() || (error != EEXIST && error != ENOTEMPTY)) return {};
   }
-  return EEXIST;
+  return {};
+}
+
+// A copy among the items whose original is going. As long as that is whole, the
+// copy is taken back.
+class PlacedCopy {
+ public:
+  PlacedCopy(TrashEntry& entry, const TrashCan& can, std::string name)
+      : entry_(entry), can_(can), name_(std::move(name)) {}
+  PlacedCopy(const PlacedCopy&) = delete;
+  PlacedCopy& operator=(const PlacedCopy&) = delete;
+  ~PlacedCopy() {
+    if (began || RenameToFreeName(can_.files.get(), name_.c_str(), can_.trash.get(), entry_.CopyName().c_str()) != 0) {
+      entry_.Keep();
+    }
+  }
+
+  bool began = false;
+
+ private:
+  TrashEntry& entry_;
+  const TrashCan& can_;
+  std::string name_;
+};
+
+}  // namespace
+
+int Trash::MoveInto(TrashCan& can, const Item& item) {
+  TrashEntry entry(can);
+  int error = entry.Start(InformationFor(can, item.path));
+  if (error != 0) return error;
+  Place(entry, can, item.directory, item.name, item.name, error);
+  if (error == 0) entry.Keep();
+  return error;
+}
+
+// The copy comes among the items when it is whole, and only then the original
+// goes. It goes whole too, or what was copied is taken back.
+void Trash::CopyInto(TrashCan& can, const Item& item) {
+  TrashEntry entry(can);
+  int error = entry.Start(InformationFor(can, item.path));
+  if (error != 0) Fail(error, Side::kTarget);
+  std::string from_path = item.path;
+  const std::string copy = entry.CopyName();
+  std::string to_path = copy;
+  CopiedTree copied;
+  TreeMover(operation_)
+      .CopyForMove({item.directory, item.name.c_str(), can.trash.get(), copy, true}, from_path, to_path, copied);
+  std::string placed = Place(entry, can, can.trash.get(), copy, item.name, error);
+  if (error != 0) Fail(error, Side::kTarget);
+  PlacedCopy at_trash(entry, can, std::move(placed));
+  if (!RemoveCopied(item.directory, copied, at_trash.began)) throw ShellError{kInUse};
 }
 
 void Trash::Put(int directory, const std::string& parent, const std::string& name) {
   struct stat facts;
   if (!FactsOf(directory, name.c_str(), Side::kSource, facts)) throw ShellError{kInvalidNames};
-  Can& can = CanFor(directory, facts.st_dev);
+  TrashCan& can = CanFor(directory, facts.st_dev);
   std::string path = RealPath(parent);
   if (path.back() != '/') path += '/';
   path += name;
-  int error = MoveInto(can, directory, path, name, /*by_copying=*/false);
-  if (error == EXDEV) error = MoveInto(HomeCan(), directory, path, name, /*by_copying=*/true);
-  if (error != 0) Fail(error, error == EACCES || error == EPERM ? Side::kSource : Side::kTarget);
+  const Item item{directory, name, path};
+  const int error = MoveInto(can, item);
+  if (error == EXDEV) {
+    CopyInto(HomeCan(), item);
+  } else if (error != 0) {
+    Fail(error, error == EACCES || error == EPERM ? Side::kSource : Side::kTarget);
+  }
   operation_.progress.ItemDone(path);
 }
 

@@ -3,20 +3,14 @@
 #ifndef ORVIX_PLATFORM_SHELL_TRASH_H
 #define ORVIX_PLATFORM_SHELL_TRASH_H
 
-#include <sys/stat.h>
-
 #include <map>
 #include <optional>
 #include <string>
 
-#include "platform/shell/descriptor.h"
 #include "platform/shell/operation.h"
+#include "platform/shell/trash_entry.h"
 
 namespace Orvix::Shell {
-
-// The line ends of an information file are LF; `path` is percent-encoded but for
-// letters, digits, "/", "-", ".", "_" and "~"; the date is the local time.
-[[nodiscard]] std::string TrashInformation(std::string_view path, const struct tm& deleted);
 
 class Trash {
  public:
@@ -28,25 +22,23 @@ class Trash {
   void Put(int directory, const std::string& parent, const std::string& name);
 
  private:
-  struct Can {
-    Descriptor files;
-    Descriptor information;
-    std::string top;  // paths are noted relative to this; empty: absolute
+  struct Item {
+    int directory;
+    const std::string& name;
+    const std::string& path;
   };
 
-  [[nodiscard]] Can& CanFor(int directory, dev_t device);
-  [[nodiscard]] static std::optional<Can> VolumeCan(int directory);
-  [[nodiscard]] Can& HomeCan();
-  // An errno value, 0 for success.
-  [[nodiscard]] static int OpenParts(int trash, Can& can);
-  // An errno value, EXDEV when the can is on another file system.
-  [[nodiscard]] int MoveInto(Can& can, int directory, const std::string& path, const std::string& name,
-                             bool by_copying);
+  [[nodiscard]] TrashCan& CanFor(int directory, dev_t device);
+  [[nodiscard]] static std::optional<TrashCan> VolumeCan(int directory);
+  [[nodiscard]] TrashCan& HomeCan();
+  // An errno value, 0 for success, EXDEV when the can is on another file system.
+  [[nodiscard]] int MoveInto(TrashCan& can, const Item& item);
+  void CopyInto(TrashCan& can, const Item& item);
 
   Operation& operation_;
-  std::optional<Can> home_;
+  std::optional<TrashCan> home_;
   std::optional<dev_t> home_device_;
-  std::map<dev_t, Can> volumes_;
+  std::map<dev_t, TrashCan> volumes_;
 };
 
 }  // namespace Orvix::Shell

@@ -60,7 +60,7 @@ struct Sound {
 };
 
 std::string VariableOr(const char* name, std::string fallback) {
-  const char* const value = std::getenv(name);
+  const char* const value = secure_getenv(name);
   return value == nullptr || *value == '\0' ? std::move(fallback) : value;
 }
 

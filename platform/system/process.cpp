@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/auxv.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -26,6 +27,12 @@ using std::chrono::milliseconds;
 
 // How often an end is looked for where the kernel gives nothing to wait on.
 constexpr int kLookEvery_ms = 20;
+
+// What a program that has more rights than its caller goes by: with the caller's
+// own words programs of the caller would run with those rights.
+constexpr char kFixedPath[] = "PATH=/usr/bin:/bin";
+
+bool HasMoreRightsThanCaller() { return getauxval(AT_SECURE) != 0; }
 
 // Programs nobody waited for.
 struct Unwaited {
@@ -124,6 +131,7 @@ int AboveStandard(int descriptor) {
 std::string FindProgram(std::string_view name) {
   const char* const path = std::getenv("PATH");
   std::string_view rest = path == nullptr ? "/usr/local/bin:/usr/bin:/bin" : path;
+  if (HasMoreRightsThanCaller()) rest = std::string_view(kFixedPath).substr(5);
   while (!rest.empty()) {
     const std::string_view directory = rest.substr(0, rest.find(':'));
     rest.remove_prefix(std::min(rest.size(), directory.size() + 1));
@@ -140,7 +148,7 @@ std::string FindProgram(std::string_view name) {
 
 bool HasDisplay() {
   const auto is_set = [](const char* variable) {
-    const char* const value = std::getenv(variable);
+    const char* const value = secure_getenv(variable);
     return value != nullptr && *value != '\0';
   };
   return is_set("DISPLAY") || is_set("WAYLAND_DISPLAY");
@@ -194,7 +202,9 @@ int ChildProgram::Start(const ProgramCall& call, Output output) {
     actions.Open(STDERR_FILENO, O_WRONLY);
     actions.CloseFrom(STDERR_FILENO + 1);
     if (!call.directory.empty()) actions.ChangeDirectory(call.directory);
-    error = posix_spawn(&process_, call.program.c_str(), actions.get(), attributes.get(), words.data(), environ);
+    char* fixed[] = {const_cast<char*>(kFixedPath), nullptr};
+    error = posix_spawn(&process_, call.program.c_str(), actions.get(), attributes.get(), words.data(),
+                        HasMoreRightsThanCaller() ? fixed : environ);
   } catch (const std::bad_alloc&) {
     error = ENOMEM;
   }

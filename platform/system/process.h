@@ -16,7 +16,8 @@ namespace Orvix {
 // The absolute name of the first program of this name on PATH; empty when there
 // is none. Relative entries of PATH are passed over: a program must not come
 // from wherever the process happens to be. So are files that this process may
-// not execute.
+// not execute. A process with more rights than its caller goes by /usr/bin and
+// /bin instead.
 [[nodiscard]] std::string FindProgram(std::string_view name);
 
 // Whether windows can be shown: a display is named in the environment.
@@ -42,7 +43,8 @@ struct ProgramEnd {
 };
 
 // A program that was started, in a session of its own, with empty standard
-// input and unheard error output, all signals at their defaults. Going out of
+// input and unheard error output, all signals at their defaults; started by a
+// process with more rights than its caller, with no environment but a PATH. Going out of
 // scope neither waits nor ends it: it is collected when a later one starts.
 class ChildProgram {
  public:

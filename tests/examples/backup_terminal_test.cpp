@@ -1,5 +1,6 @@
 // A backup at a terminal: progress, and Ctrl-C while a file is being copied.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -33,6 +34,14 @@ class AtTerminal {
     if (child_ == 0) {
       dup2(open(out.c_str(), O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
       dup2(open(name.c_str(), O_RDWR | O_NOCTTY), STDERR_FILENO);
+      // Whatever this process was started with, it can be interrupted, and an
+      // endless file does not fill the disk.
+      signal(SIGINT, SIG_DFL);
+      sigset_t none;
+      sigemptyset(&none);
+      sigprocmask(SIG_SETMASK, &none, nullptr);
+      const rlimit most{rlim_t{1} << 30, rlim_t{1} << 30};
+      setrlimit(RLIMIT_FSIZE, &most);
       execv(arguments.front(), arguments.data());
       _exit(127);
     }
@@ -45,7 +54,10 @@ class AtTerminal {
   }
   AtTerminal(const AtTerminal&) = delete;
   AtTerminal& operator=(const AtTerminal&) = delete;
-  ~AtTerminal() { close(terminal_); }
+  ~AtTerminal() {
+    close(terminal_);
+    if (child_ >= 0 && kill(child_, SIGKILL) == 0) waitpid(child_, nullptr, 0);
+  }
 
   // Reads on until the terminal shows `text`; false when the program ends first.
   bool WaitFor(const std::string& text) {
@@ -61,6 +73,7 @@ class AtTerminal {
     }
     int status = 0;
     waitpid(child_, &status, 0);
+    child_ = -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
   [[nodiscard]] const std::string& Shown() const { return shown_; }

@@ -1,6 +1,6 @@
 // What goes wrong: rights, limits, names, and names that lost characters. The
 // code says which it was, and what was there before is there still.
-#include <signal.h>
+#include <pthread.h>
 #include <sys/resource.h>
 
 #include "platform/names/lost_characters.h"
@@ -76,6 +76,8 @@ struct Denial {
   std::vector<std::string> to;
   INT code;
 };
+void PrintTo(const Denial& denial, std::ostream* stream) { *stream << denial.name; }
+
 class DeniedTest : public ShellTest, public ::testing::WithParamInterface<Denial> {};
 
 TEST_P(DeniedTest, LeavesEverything) {
@@ -93,6 +95,7 @@ TEST_P(DeniedTest, LeavesEverything) {
   }
   EXPECT_EQ(outcome, (Outcome{GetParam().code, 0}));
   EXPECT_EQ(Now(), before);
+  for (const char* name : {"locked", "hidden"}) chmod(name, 0755);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rights, DeniedTest,
@@ -136,12 +139,41 @@ TEST_F(FaultTest, LinksThatLoopAreNoWay) {
   EXPECT_EQ(Now(), "a=1 l>m m>l");
 }
 
-TEST_F(FaultTest, DeepTrees) {
-  std::string path = ".";
-  for (int i = 0; i < 200; ++i) path += "/d";
-  std::filesystem::create_directories(path);
-  EXPECT_EQ(Perform(kCopying, {"d"}, {"e"}), kDone);
-  EXPECT_EQ(Perform(kDeleting, {"d", "e"}, {}), kDone);
+// A chain of directories, each in the one before.
+void MakeDeep(const char* top, int levels) {
+  int here = open(".", O_PATH | O_DIRECTORY);
+  for (int i = 0; i < levels; ++i) {
+    const char* const name = i == 0 ? top : "d";
+    mkdirat(here, name, 0755);
+    const int below = openat(here, name, O_PATH | O_DIRECTORY);
+    close(here);
+    here = below;
+  }
+  close(openat(here, "file", O_WRONLY | O_CREAT, 0644));
+  close(here);
+}
+
+TEST_F(FaultTest, DeepTreesNeedNoMoreOfTheStack) {
+  constexpr int kLevels = 2500;
+  MakeDeep("d", kLevels);
+  MakeDeep("m", kLevels);
+  Outcome outcomes[4]{};
+  const auto work = [](void* results) -> void* {
+    Outcome* const outcome = static_cast<Outcome*>(results);
+    outcome[0] = Perform(kCopying, {"d"}, {"t\\m"});
+    outcome[1] = Perform(kCopying, {"d"}, {"t\\c"});
+    outcome[2] = Perform(kMoving, {"m"}, {"t"});
+    outcome[3] = Perform(kDeleting, {"d", "t"}, {});
+    return nullptr;
+  };
+  pthread_attr_t small;
+  pthread_attr_init(&small);
+  pthread_attr_setstacksize(&small, 512 * 1024);
+  pthread_t thread{};
+  ASSERT_EQ(pthread_create(&thread, &small, work, outcomes), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&small);
+  for (const Outcome& outcome : outcomes) EXPECT_EQ(outcome, kDone);
   EXPECT_EQ(Now(), "");
 }
 

@@ -91,9 +91,11 @@ inline std::string ContentOf(const std::filesystem::path& path) {
 }
 
 // "a=1 d/ d/b=2 l>a" for a file, a directory with a file, and a link; sorted.
+// What is in a directory that may not be read is left out.
 inline std::string Listing(const std::filesystem::path& root) {
   std::vector<std::string> entries;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(
+           root, std::filesystem::directory_options::skip_permission_denied)) {
     std::string name = entry.path().lexically_relative(root).string();
     if (entry.is_symlink()) {
       name += ">" + std::filesystem::read_symlink(entry).string();

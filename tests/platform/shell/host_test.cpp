@@ -1,6 +1,7 @@
 // A host that takes the service over, watches it, answers its questions.
 #include "orvix/host.h"
 #include "platform/shell/file_request.h"
+#include "platform/shell/mounted.h"
 
 namespace Orvix::testing {
 namespace {
@@ -36,6 +37,7 @@ class HostTest : public ShellTest {
                              std::int64_t bytes_done, std::int64_t bytes_total) -> LONG {
       auto& test = *static_cast<HostTest*>(self);
       test.seen_.push_back({0, ToUtf8(name), items_total, bytes_done, bytes_total});
+      if (test.seen_.size() == 2 && test.meanwhile_ != nullptr) test.meanwhile_();
       return static_cast<int>(test.seen_.size()) == test.cancel_at_ ? 1 : 0;
     };
     OxSetHost(&table_);
@@ -54,6 +56,7 @@ class HostTest : public ShellTest {
   std::vector<LONG> answers_;
   std::vector<Seen> seen_;
   int cancel_at_ = 0;
+  void (*meanwhile_)() = nullptr;  // called at the second report
 };
 
 constexpr LONG kNo = 0;
@@ -89,6 +92,16 @@ TEST_F(HostTest, YesToAllIsAskedOnceForItsKind) {
   answers_ = {kYesToAll};
   EXPECT_EQ(Perform(kDeleting, {"a", "b"}, {}, 0), kDone);
   EXPECT_EQ(Questions(), "2:a ");
+}
+
+TEST_F(HostTest, DirectoriesMergeInTheOrderOfNames) {
+  Make("d/c=1 d/f=1 d/a=1 d/h=1 d/b=1 d/g=1 d/e=1 t/d/c=2 t/d/f=2 t/d/a=2 t/d/h=2 t/d/b=2 t/d/g=2 t/d/e=2");
+  const std::string in_order = "1:t\\d\\a 1:t\\d\\b 1:t\\d\\c 1:t\\d\\e 1:t\\d\\f 1:t\\d\\g 1:t\\d\\h ";
+  for (const std::uint32_t operation : {kCopying, kMoving}) {
+    EXPECT_EQ(Perform(operation, {"d"}, {"t"}, 0), kDone);
+    EXPECT_EQ(Questions(), in_order);
+    seen_.clear();
+  }
 }
 
 TEST_F(HostTest, CancelStopsAtOnce) {
@@ -143,6 +156,37 @@ TEST_F(HostTest, ACancelledCopyLeavesNoHalfFile) {
   ASSERT_EQ(seen_.size(), 3u);
   EXPECT_GT(seen_[2].bytes_done, 0);
   EXPECT_LT(seen_[2].bytes_done, 40'000'000);
+}
+
+TEST_F(HostTest, WhatIsMountedInATreeIsLeftAndNamed) {
+  Make("d/m/ d/n/ d/k/ o/y=2");
+  const Mounted file_system(directory_.Native("d/m"));
+  const Mounted same_device(directory_.Native("d/n"), directory_.Native("o"));
+  const Mounted file(directory_.Native("d/k/f"), directory_.Native("o/y"));
+  const Mounted elsewhere(directory_.Native("v"));
+  if (!file_system.ok() || !same_device.ok() || !file.ok() || !elsewhere.ok())
+    GTEST_SKIP() << "mounting is not allowed";
+  Make("d/m/x=1 v/d/");
+  Watch();
+  const std::string before = Now();
+  for (const char* const top : {"d", "d\\m", "d\\n", "d\\k"}) {
+    EXPECT_EQ(Perform(kDeleting, {top}, {}), (Outcome{32, 0})) << top;
+    EXPECT_EQ(Perform(kMoving, {top}, {"v"}), (Outcome{32, 0})) << top;
+    const std::string named = seen_.back().name;
+    EXPECT_TRUE(named == Full("d\\m") || named == Full("d\\n") || named == Full("d\\k\\f")) << named;
+  }
+  EXPECT_EQ(Now(), before);
+}
+
+// The walk is far below, and what it came from is another's by then.
+TEST_F(HostTest, ATreeMovedAwayIsNotFollowedUp) {
+  std::string path = "d";
+  for (int i = 0; i < 40; ++i) path += "/d";
+  Make(path + "/x=1 o/keep=2");
+  meanwhile_ = [] { std::filesystem::rename("d/d/d/d", "o/d"); };
+  Watch();
+  EXPECT_EQ(Perform(kDeleting, {"d"}, {}), (Outcome{32, 0}));
+  EXPECT_EQ(Now(), "d/ d/d/ d/d/d/ o/ o/d/ o/keep=2");
 }
 
 TEST_F(HostTest, ReportsAreRareAndSilenceIsKept) {

@@ -1,12 +1,11 @@
 // Undoable deletions: the home trash, those of other file systems, and what
 // stays when there is none.
-#include <sys/mount.h>
-
 #include <ctime>
 #include <regex>
 
 #include "platform/shell/file_request.h"
-#include "platform/shell/trash.h"
+#include "platform/shell/mounted.h"
+#include "platform/shell/trash_entry.h"
 #include "support/ordinary_user.h"
 
 namespace Orvix::testing {
@@ -29,25 +28,6 @@ class TrashTest : public ShellTest {
 
  private:
   std::string data_home_;
-};
-
-// A small file system of its own, where that is allowed.
-class Mounted {
- public:
-  explicit Mounted(std::string path) : path_(std::move(path)) {
-    std::filesystem::create_directories(path_);
-    ok_ = mount("tmpfs", path_.c_str(), "tmpfs", 0, "size=1m,mode=777") == 0;
-  }
-  Mounted(const Mounted&) = delete;
-  Mounted& operator=(const Mounted&) = delete;
-  ~Mounted() {
-    if (ok_) umount2(path_.c_str(), MNT_DETACH);
-  }
-  [[nodiscard]] bool ok() const { return ok_; }
-
- private:
-  std::string path_;
-  bool ok_;
 };
 
 TEST(TrashInformationTest, EncodesAllButPlainCharacters) {
@@ -112,9 +92,12 @@ TEST_F(TrashTest, WithoutRightsTheItemStaysAndNoInformationIsLeft) {
   Make("p/a=1 home/");
   chmod("home", 0777);
   chmod("p", 0555);
-  const OrdinaryUser user;
-  if (!user.ok()) GTEST_SKIP() << "cannot give up rights";
-  EXPECT_EQ(Perform(kDeleting, {Full("p\\a")}, {}, kUndo), (Outcome{0x78, 0}));
+  {
+    const OrdinaryUser user;
+    if (!user.ok()) GTEST_SKIP() << "cannot give up rights";
+    EXPECT_EQ(Perform(kDeleting, {Full("p\\a")}, {}, kUndo), (Outcome{0x78, 0}));
+  }
+  chmod("p", 0755);
   EXPECT_EQ(Now(), "home/ home/Trash/ home/Trash/files/ home/Trash/info/ p/ p/a=1");
 }
 
@@ -163,13 +146,53 @@ TEST_F(TrashTest, WithoutOneThereTheHomeTrashTakesACopy) {
   EXPECT_FALSE(std::filesystem::exists("v/d"));
 }
 
-TEST_F(TrashTest, MovesAcrossFileSystems) {
+// The original would have to stay, or the copy does not fit.
+TEST_F(TrashTest, RefusedDeletionsLeaveNoCopy) {
+  const Mounted protected_volume(directory_.Native("v"));
+  const Mounted full_home(directory_.Native("home"));
+  if (!protected_volume.ok() || !full_home.ok()) GTEST_SKIP() << "mounting is not allowed";
+  Make("v/d/s/x=1 v/f=2 w/d/a=1");
+  ASSERT_TRUE(protected_volume.Protect());
+  EXPECT_EQ(Perform(kDeleting, {Full("v\\d")}, {}, kUndo), (Outcome{19, 0}));
+  EXPECT_EQ(Perform(kDeleting, {Full("v\\f")}, {}, kUndo), (Outcome{19, 0}));
+  const Mounted volume(directory_.Native("w"));
+  Make("w/d/a=1 w/.Trash-" + std::to_string(geteuid()) + "=file");
+  for (const char* const part : {"w/d/b", "home/other"}) std::ofstream(part) << std::string(600'000, 'x');
+  const std::string before = Listing("w");
+  EXPECT_EQ(Perform(kDeleting, {Full("w\\d")}, {}, kUndo), (Outcome{112, 0}));
+  EXPECT_EQ(Listing("w"), before);
+  EXPECT_EQ(Listing("home/Trash"), "files/ info/");
+}
+
+struct Across {
+  const char* name;
+  const char* before;
+  std::vector<std::string> from;
+  std::uint16_t flags;
+  const char* after;
+};
+void PrintTo(const Across& across, std::ostream* stream) { *stream << across.name; }
+class AcrossTest : public TrashTest, public ::testing::WithParamInterface<Across> {};
+
+TEST_P(AcrossTest, Moves) {
   const Mounted volume(directory_.Native("v"));
   if (!volume.ok()) GTEST_SKIP() << "mounting is not allowed";
-  Make("d/x=1 d/s/y=2 d/l>x f=3 v/d/x=9");
-  EXPECT_EQ(Perform(kMoving, {"d", "f"}, {"v"}), kDone);
-  EXPECT_EQ(Now(), "v/ v/d/ v/d/l>x v/d/s/ v/d/s/y=2 v/d/x=1 v/f=3");
+  Make(GetParam().before);
+  EXPECT_EQ(Perform(kMoving, GetParam().from, {"v"}, GetParam().flags), kDone);
+  EXPECT_EQ(Now(), GetParam().after);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    FileSystems, AcrossTest,
+    ::testing::Values(
+        Across{"Merge",
+               "d/x=1 d/s/y=2 d/l>x f=3 v/d/x=9",
+               {"d", "f"},
+               0x10,
+               "v/ v/d/ v/d/l>x v/d/s/ v/d/s/y=2 v/d/x=1 v/f=3"},
+        Across{"Replace", "f=1 v/f=9", {"f"}, 0x10, "v/ v/f=1"},
+        Across{"Numbered", "f=1 d/x=2 v/f=9 v/d/", {"f", "d"}, 0x18, "v/ v/d (2)/ v/d (2)/x=2 v/d/ v/f (2)=1 v/f=9"}),
+    [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(TrashTest, AFullDiskLosesNothing) {
   const Mounted volume(directory_.Native("v"));

@@ -6,12 +6,14 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/auxv.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 
+#include "platform/names/drive_map.h"
 #include "support/ordinary_user.h"
 #include "support/stand_in_desktop.h"
 
@@ -114,6 +116,34 @@ TEST_F(ProcessTest, OnlyWhatMayBeExecutedIsFoundOnThePath) {
   desktop_.path.Set(":.:");
   EXPECT_EQ(FindProgram("tool"), "");
   std::filesystem::current_path(before);
+}
+
+// Started anew by another user, who says where programs and drives are.
+TEST_F(ProcessTest, TheCallersWordsDoNotCountWithMoreRights) {
+  if (getauxval(AT_SECURE) != 0) {
+    EXPECT_EQ(FindProgram("tool"), "");
+    EXPECT_EQ(FindProgram("env"), "/usr/bin/env");
+    EXPECT_FALSE(HasDisplay());
+    EXPECT_NE(DirectoryOfDrive(u'C'), std::string(getenv("XDG_DATA_HOME")) + "/orvix/drive_c");
+    ChildProgram child;
+    ASSERT_EQ(child.Start({"/usr/bin/env", {}}, ChildProgram::Output::kRead), 0);
+    EXPECT_EQ(child.ReadOutput(1000), "PATH=/usr/bin:/bin\n");
+    return;
+  }
+  desktop_.Install("tool", "#!/bin/sh\n");
+  const pid_t again = fork();
+  if (again == 0) {
+    if (setresuid(65534, 0, 0) != 0) _exit(77);
+    setenv("PATH", desktop_.programs.Native("").c_str(), 1);
+    setenv("DISPLAY", ":7", 1);
+    execl("/proc/self/exe", "tests", "--gtest_filter=*TheCallersWords*", nullptr);
+    _exit(78);
+  }
+  int status = 0;
+  waitpid(again, &status, 0);
+  if (WEXITSTATUS(status) == 77) GTEST_SKIP() << "cannot be two users";
+  if (WEXITSTATUS(status) == 127) GTEST_SKIP() << "libraries beside the program are not loaded then";
+  EXPECT_EQ(status, 0);
 }
 
 TEST_F(ProcessTest, WaitingHasALimit) {
