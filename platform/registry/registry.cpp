@@ -2,293 +2,289 @@
 
 #include <pthread.h>
 
+#include <cerrno>
 #include <cstring>
 #include <limits>
 
 #include "platform/names/case_fold.h"
+#include "platform/system/quiet_signals.h"
 
 namespace Orvix::registry {
 
 namespace {
 
-constexpr std::size_t kMostNewLevels = 32;
-constexpr std::size_t kClassesIndex = 0;
-constexpr LONG kRootValues[] = {kClassesRoot, kCurrentUser, kLocalMachine, kUsers};
+constexpr KeyId kClasses = 1;
+// Roots are known by their low 32 bits, as callers extend them either way.
+constexpr LONG kRootValues[kRoots] = {kClassesRoot, kCurrentUser, kLocalMachine, kUsers};
 
-// The codes for a path that no key can have.
-LONG CheckPath(TextView path, bool below_classes) {
-  if (path.starts_with(u'\\') && !below_classes) return kBadPath;
-  for (const TextView component : Components(path)) {
-    if (component.size() > kMostKeyUnits) return kBadParameter;
-  }
-  return kSuccess;
-}
-
-// How many components of `path` are not there below `key`.
-std::size_t MissingLevels(const Key* key, TextView path) {
-  std::size_t missing = 0;
-  for (const TextView component : Components(path)) {
-    const std::shared_ptr<Key>* below = key == nullptr ? nullptr : key->keys.Find(FoldName(component));
-    key = below == nullptr ? nullptr : below->get();
-    if (key == nullptr) ++missing;
-  }
-  return missing;
-}
-
-// `path` below `key`, parted by single backslashes.
-Text PathBelow(const Key& key, TextView path) {
-  Text whole = key.path;
-  for (const TextView component : Components(path)) {
-    if (!whole.empty()) whole.push_back(u'\\');
-    whole.append(component);
-  }
-  return whole;
-}
+bool IsRoot(KeyId key) { return key <= kRoots; }
 
 }  // namespace
 
+// A change under way: the store is open to be written, and no signal of a full disk
+// ends the process.
+class Registry::Writing {
+ public:
+  explicit Writing(Registry& registry) { registry.database_.OpenToWrite(registry.place_.Directory()); }
+  Writing(const Writing&) = delete;
+  Writing& operator=(const Writing&) = delete;
+
+ private:
+  struct Signals : QuietSignals {
+    ~Signals() { Failed(EFBIG); }
+  } quiet_;
+};
+
 Registry& Registry::Instance() {
   // Never destroyed: threads may still call while the process ends.
-  static Registry& registry = *std::unique_ptr<Registry>(new Registry).release();
-  return registry;
+  static NeverDestroyed<Registry> registry;
+  return *registry;
 }
 
-// A child must not have the mutex in the middle of a call, nor share the lock.
+// A child gets neither a mutex in the middle of a call nor a connection.
 Registry::Registry() {
-  pthread_atfork([] { Instance().mutex_.lock(); }, [] { Instance().mutex_.unlock(); },
-                 [] {
-                   Registry& registry = Instance();
-                   if (registry.store_ != nullptr) registry.store_->lock.Reset();
-                   registry.mutex_.unlock();
-                 });
+  pthread_atfork(
+      [] {
+        Instance().mutex_.lock();
+        Instance().database_.Close();
+      },
+      [] { Instance().mutex_.unlock(); }, [] { Instance().mutex_.unlock(); });
 }
 
-Registry::Store::Store(const std::string& directory)
-    : lock(directory),
-      roots{RootFile(&lock, "HKEY_CLASSES_ROOT"), RootFile(&lock, "HKEY_CURRENT_USER"),
-            RootFile(&lock, "HKEY_LOCAL_MACHINE"), RootFile(&lock, "HKEY_USERS")} {}
-
-Registry::Store& Registry::CurrentStore() {
-  if (store_ == nullptr || !IsStoreDirectory(store_->lock.directory())) {
-    store_ = std::make_unique<Store>(StoreDirectory());
-  }
-  return *store_;
-}
-
-LONG Registry::FindRoot(HKEY key, std::size_t* root, Handle** handle) {
-  *handle = nullptr;
-  // Roots are known by their low 32 bits, as callers extend them either way.
+KeyId Registry::IdOf(HKEY key) const {
   const auto value = reinterpret_cast<std::intptr_t>(key);
-  for (std::size_t i = 0; i < kRoots; ++i) {
-    if (static_cast<LONG>(value) == kRootValues[i]) {
-      *root = i;
-      return kSuccess;
-    }
+  for (KeyId root = 1; root <= kRoots; ++root) {
+    if (static_cast<LONG>(value) == kRootValues[root - 1]) return root;
   }
-  if (value <= 0 || value > std::numeric_limits<LONG>::max()) return kBadHandle;
+  if (value <= 0 || value > std::numeric_limits<LONG>::max()) throw Failure{kBadHandle};
   const auto found = handles_.find(static_cast<LONG>(value));
-  if (found == handles_.end()) return kBadHandle;
-  *handle = &found->second;
-  *root = found->second.root;
-  return kSuccess;
+  if (found == handles_.end()) throw Failure{kBadHandle};
+  // A key of a store that is gone is deleted.
+  return found->second.store == database_.number() ? found->second.key : std::numeric_limits<KeyId>::max();
 }
 
-LONG Registry::Locate(HKEY key, Place* place) {
-  Handle* handle = nullptr;
-  const LONG result = FindRoot(key, &place->root, &handle);
-  if (result != kSuccess) return result;
-  place->file = &store_->roots[place->root];
-  place->is_root = handle == nullptr;
-  KeyTree& tree = place->file->tree();
-  if (handle == nullptr) {
-    place->key = tree.root();
-    return kSuccess;
+Registry::Place Registry::Locate(HKEY key) {
+  const KeyId id = IdOf(key);
+  if (IsRoot(id)) return {id, 0, true};
+  Query depth(database_, Statement::kKeyDepth);
+  if (!depth.With(id).Next()) throw Failure{kKeyDeleted};
+  return {id, static_cast<std::size_t>(depth.Number(0)), false};
+}
+
+void Registry::CheckIsThere(HKEY key) { static_cast<void>(Locate(key)); }
+
+void Registry::CheckPath(const Place& place, TextView path) {
+  if (path.starts_with(u'\\') && place.key != kClasses) throw Failure{kBadPath};
+  for (const TextView component : Components(path)) {
+    if (component.size() > kMostKeyUnits) throw Failure{kBadParameter};
   }
-  if (handle->deleted || handle->key->deleted) return kKeyDeleted;
-  if (handle->generation != place->file->generation()) {
-    // The file was read anew: the key is found again by its name.
-    std::shared_ptr<Key> found = tree.Find(tree.root(), handle->key->path);
-    handle->deleted = found == nullptr;
-    if (handle->deleted) return kKeyDeleted;
-    handle->key = std::move(found);
-    handle->generation = place->file->generation();
+}
+
+KeyId Registry::Find(KeyId key, TextView path) {
+  for (const TextView component : Components(path)) {
+    Query child(database_, Statement::kChild);
+    if (!child.With(key).With(TextView(FoldName(component))).Next()) return 0;
+    key = child.Number(0);
   }
-  place->key = handle->key;
-  return kSuccess;
+  return key;
 }
 
-LONG Registry::Resolve(HKEY key, Place* place) {
-  Handle* handle = nullptr;
-  LONG result = FindRoot(key, &place->root, &handle);
-  if (result != kSuccess) return result;
-  result = CurrentStore().roots[place->root].Refresh();
-  return result == kSuccess ? Locate(key, place) : result;
-}
-
-template <class Change>
-LONG Registry::Write(HKEY key, Change change) {
-  Place place;
-  Handle* handle = nullptr;
-  LONG result = FindRoot(key, &place.root, &handle);
-  if (result != kSuccess) return result;
-  const RootFile::Writer writer(&CurrentStore().roots[place.root]);
-  result = writer.result();
-  if (result == kSuccess) result = Locate(key, &place);
-  return result == kSuccess ? change(place) : result;
-}
-
-LONG Registry::NewHandle(const Place& place, const std::shared_ptr<Key>& key, HKEY* opened) {
+HKEY Registry::NewHandle(KeyId key) {
   // Multiples of 4, as on the platform; a number comes back only after all
   // others, so that a stale handle stays unknown.
   do {
     last_handle_ = last_handle_ >= std::numeric_limits<LONG>::max() - 4 ? 4 : last_handle_ + 4;
   } while (handles_.contains(last_handle_));
-  handles_[last_handle_] = {place.root, key, place.file->generation(), false};
-  *opened = MakeRootKey(last_handle_);
-  return kSuccess;
+  handles_[last_handle_] = {key, database_.number()};
+  return MakeRootKey(last_handle_);
 }
 
 LONG Registry::CreateKey(HKEY key, TextView path, HKEY* opened, DWORD* disposition) {
   const std::lock_guard guard(mutex_);
-  Place place;
-  LONG result = Resolve(key, &place);
-  if (result != kSuccess) return result;
-  result = CheckPath(path, place.is_root && place.root == kClassesIndex);
-  if (result != kSuccess) return result;
-  std::shared_ptr<Key> found = place.file->tree().Find(place.key, path);
-  DWORD kind = kOpenedExisting;
-  if (found == nullptr) {
-    // Looked at again under the lock: another process may have been faster.
-    result = Write(key, [&](const Place& locked) {
-      place = locked;
-      found = place.file->tree().Find(place.key, path);
-      if (found != nullptr) return kSuccess;
-      if (MissingLevels(place.key.get(), path) > kMostNewLevels) return kBadParameter;
-      Record record{Verb::kKey, PathBelow(*place.key, path), {}, 0, {}};
-      if (Components(record.key).Count() > kMostLevels) return kBadParameter;
-      Text folded = place.key->folded_path;
-      for (const TextView component : Components(path)) {
-        if (!folded.empty()) folded.push_back(u'\\');
-        folded.append(FoldName(component));
-      }
-      const LONG appended = place.file->Append(std::move(record), KeyAddress(folded));
-      if (appended != kSuccess) return appended;
-      kind = kCreatedNew;
-      found = place.file->tree().Find(place.key, path);
-      return kSuccess;
-    });
-    if (result != kSuccess) return result;
+  KeyId found = 0;
+  if (database_.OpenToRead(place_.Directory())) {
+    Transaction reading(database_, /*writes=*/false);
+    const Place place = Locate(key);
+    CheckPath(place, path);
+    found = Find(place.key, path);
+    reading.Commit();
+  } else {
+    const KeyId id = IdOf(key);
+    if (!IsRoot(id)) throw Failure{kKeyDeleted};
+    CheckPath({id, 0, true}, path);
   }
-  if (disposition != nullptr) *disposition = kind;
-  return NewHandle(place, found, opened);
+  const DWORD kind = found != 0 ? kOpenedExisting : kCreatedNew;
+  DWORD made_kind = kind;
+  if (found == 0) {
+    const Writing writing(*this);
+    Transaction change(database_, /*writes=*/true);
+    Place place = Locate(key);
+    std::size_t made = 0;
+    for (const TextView component : Components(path)) {
+      ++place.depth;
+      const Text folded = FoldName(component);
+      Query child(database_, Statement::kChild);
+      // Looked for again: another process may have been faster.
+      if (made == 0 && child.With(place.key).With(TextView(folded)).Next()) {
+        place.key = child.Number(0);
+        continue;
+      }
+      if (++made > kMostNewLevels || place.depth > kMostLevels) throw Failure{kBadParameter};
+      Query add(database_, Statement::kAddKey);
+      add.With(place.key).With(TextView(folded)).With(component).With(static_cast<std::int64_t>(place.depth));
+      if (!add.Next()) throw Failure{kReadWriteFailed};
+      place.key = add.Number(0);
+    }
+    change.Commit();
+    if (made == 0) made_kind = kOpenedExisting;
+    found = place.key;
+  }
+  if (disposition != nullptr) *disposition = made_kind;
+  *opened = NewHandle(found);
+  return kSuccess;
 }
 
 LONG Registry::OpenKey(HKEY key, TextView path, HKEY* opened) {
   const std::lock_guard guard(mutex_);
-  Place place;
-  LONG result = Resolve(key, &place);
-  if (result != kSuccess) return result;
-  if (path.empty() && place.is_root) {
-    *opened = MakeRootKey(kRootValues[place.root]);
+  const bool has_store = database_.OpenToRead(place_.Directory());
+  const KeyId id = IdOf(key);
+  if (path.empty() && IsRoot(id)) {
+    *opened = MakeRootKey(kRootValues[id - 1]);
     return kSuccess;
   }
-  result = CheckPath(path, place.is_root && place.root == kClassesIndex);
-  if (result != kSuccess) return result;
-  const KeyTree& tree = place.file->tree();
-  const std::shared_ptr<Key> found = tree.Find(place.key, path);
-  if (found == nullptr) return tree.IsKeyLost(*place.key, path) ? kDamaged : kNotFound;
-  return NewHandle(place, found, opened);
+  if (!has_store && !IsRoot(id)) return kKeyDeleted;
+  Place place{id, 0, IsRoot(id)};
+  KeyId found = 0;
+  if (has_store) {
+    Transaction reading(database_, /*writes=*/false);
+    place = Locate(key);
+    CheckPath(place, path);
+    found = Find(place.key, path);
+    reading.Commit();
+  } else {
+    CheckPath(place, path);
+  }
+  if (found == 0) return kNotFound;
+  *opened = NewHandle(found);
+  return kSuccess;
 }
 
 LONG Registry::CloseKey(HKEY key) {
   const std::lock_guard guard(mutex_);
-  std::size_t root = 0;
-  Handle* handle = nullptr;
-  const LONG result = FindRoot(key, &root, &handle);
-  if (result == kSuccess && handle != nullptr) {
-    handles_.erase(static_cast<LONG>(reinterpret_cast<std::intptr_t>(key)));
-  }
-  return result;
+  static_cast<void>(IdOf(key));
+  handles_.erase(static_cast<LONG>(reinterpret_cast<std::intptr_t>(key)));  // a root is none of them
+  return kSuccess;
 }
 
 LONG Registry::DeleteKey(HKEY key, TextView path) {
   const std::lock_guard guard(mutex_);
-  return Write(key, [&](const Place& place) {
-    const LONG result = CheckPath(path, place.is_root && place.root == kClassesIndex);
-    if (result != kSuccess) return result;
-    const KeyTree& tree = place.file->tree();
-    const std::shared_ptr<Key> found = tree.Find(place.key, path);
-    if (found == nullptr) return tree.IsKeyLost(*place.key, path) ? kDamaged : kNotFound;
-    if (found == tree.root() || !found->keys.empty()) return kAccessDenied;
-    return place.file->Append({Verb::kDrop, found->path, {}, 0, {}}, found->address);
-  });
+  static_cast<void>(IdOf(key));
+  const Writing writing(*this);
+  Transaction change(database_, /*writes=*/true);
+  const Place place = Locate(key);
+  CheckPath(place, path);
+  const KeyId found = Find(place.key, path);
+  if (found == 0) return kNotFound;
+  if (IsRoot(found) || Query(database_, Statement::kHasChild).With(found).Next()) return kAccessDenied;
+  Query(database_, Statement::kDeleteValues).With(found).Run();
+  Query(database_, Statement::kDeleteKey).With(found).Run();
+  change.Commit();
+  return kSuccess;
 }
 
 LONG Registry::SetValue(HKEY key, TextView name, DWORD type, std::string_view data) {
   const std::lock_guard guard(mutex_);
   if (name.size() > kMostNameUnits) return kBadParameter;
-  return Write(key, [&](const Place& place) {
-    const Text folded = FoldName(name);
-    const Value* known = place.key->values.Find(folded);
-    if (known != nullptr && !known->IsDamaged() && known->type == type && known->data == data &&
-        !place.file->tree().IsValueLost(*place.key, folded)) {
+  static_cast<void>(IdOf(key));
+  const Writing writing(*this);
+  const KeyId id = IdOf(key);
+  const Text folded = FoldName(name);
+  {
+    Query known(database_, Statement::kGetValue);
+    if (known.With(id).With(TextView(folded)).Next() && known.Number(0) == type && known.Bytes(1) == data) {
       return kSuccess;
     }
-    return place.file->Append(
-        {Verb::kSet, place.key->path, known == nullptr ? Text(name) : known->name, type, std::string(data)},
-        ValueAddress(place.key->address, folded));
-  });
+  }
+  Query set(database_, Statement::kSetValue);
+  set.With(id).With(TextView(folded)).With(name).With(std::int64_t{type}).With(data).Run();
+  return database_.Changes() != 0 ? kSuccess : kKeyDeleted;
 }
 
 LONG Registry::QueryValue(HKEY key, TextView name, FoundValue* value) {
   const std::lock_guard guard(mutex_);
-  Place place;
-  const LONG result = Resolve(key, &place);
-  if (result != kSuccess) return result;
-  const Text folded = FoldName(name);
-  if (place.file->tree().IsValueLost(*place.key, folded)) return kDamaged;
-  const Value* found = place.key->values.Find(folded);
-  if (found == nullptr) return kNotFound;
-  if (found->IsDamaged()) return kDamaged;
-  value->type = found->type;
-  value->data = found->data;
+  if (!database_.OpenToRead(place_.Directory())) return IsRoot(IdOf(key)) ? kNotFound : kKeyDeleted;
+  Query found(database_, Statement::kGetValue);
+  if (!found.With(IdOf(key)).With(TextView(FoldName(name))).Next()) {
+    CheckIsThere(key);
+    return kNotFound;
+  }
+  value->type = static_cast<DWORD>(found.Number(0));
+  value->data = found.Bytes(1);
   return kSuccess;
 }
 
 LONG Registry::DeleteValue(HKEY key, TextView name) {
   const std::lock_guard guard(mutex_);
-  return Write(key, [&](const Place& place) {
-    const Text folded = FoldName(name);
-    const Value* found = place.key->values.Find(folded);
-    if (found == nullptr && !place.file->tree().IsValueLost(*place.key, folded)) return kNotFound;
-    return place.file->Append({Verb::kUnset, place.key->path, found == nullptr ? Text(name) : found->name, 0, {}},
-                              ValueAddress(place.key->address, folded));
-  });
+  static_cast<void>(IdOf(key));
+  const Writing writing(*this);
+  Query(database_, Statement::kDeleteValue).With(IdOf(key)).With(TextView(FoldName(name))).Run();
+  if (database_.Changes() != 0) return kSuccess;
+  CheckIsThere(key);
+  return kNotFound;
+}
+
+bool Registry::Nth(HKEY key, bool values, DWORD index, FoundValue* item) {
+  if (!database_.OpenToRead(place_.Directory())) {
+    if (!IsRoot(IdOf(key))) throw Failure{kKeyDeleted};
+    return false;
+  }
+  const KeyId id = IdOf(key);
+  Enumeration now{key, values, index, database_.number(), 0, database_.TotalChanges(), {}};
+  Transaction reading(database_, /*writes=*/false);
+  {
+    Query version(database_, Statement::kDataVersion);
+    if (version.Next()) now.version = version.Number(0);
+  }
+  const bool goes_on = last_.key == key && last_.values == values && index > 0 && last_.index == index - 1 &&
+                       last_.store == now.store && last_.version == now.version && last_.changes == now.changes;
+  const Statement next = values ? Statement::kNextValue : Statement::kNextKey;
+  const Statement nth = values ? Statement::kNthValue : Statement::kNthKey;
+  bool found = false;
+  {
+    Query at(database_, goes_on ? next : nth);
+    at.With(id);
+    found = (goes_on ? at.With(std::string_view(last_.folded)) : at.With(std::int64_t{index})).Next();
+    if (found) {
+      item->name = at.Name(0);
+      now.folded = at.Bytes(1);
+      if (values) {
+        item->type = static_cast<DWORD>(at.Number(2));
+        item->data = at.Bytes(3);
+      }
+    }
+  }
+  if (!found) CheckIsThere(key);
+  reading.Commit();
+  if (found) last_ = std::move(now);
+  return found;
 }
 
 LONG Registry::EnumerateKey(HKEY key, DWORD index, Text* name) {
   const std::lock_guard guard(mutex_);
-  Place place;
-  const LONG result = Resolve(key, &place);
-  if (result != kSuccess) return result;
-  const std::shared_ptr<Key>* found = place.key->keys.AtIndex(index);
-  if (found == nullptr) return kNoMoreItems;
-  *name = (*found)->name;
+  FoundValue item;
+  if (!Nth(key, /*values=*/false, index, &item)) return kNoMoreItems;
+  *name = std::move(item.name);
   return kSuccess;
 }
 
 LONG Registry::EnumerateValue(HKEY key, DWORD index, FoundValue* value) {
   const std::lock_guard guard(mutex_);
-  Place place;
-  const LONG result = Resolve(key, &place);
-  if (result != kSuccess) return result;
-  const Value* found = place.key->values.AtIndex(index);
-  if (found == nullptr) return kNoMoreItems;
-  value->name = found->name;
-  value->type = found->type;
-  value->damaged = found->IsDamaged() || place.file->tree().IsValueLost(*place.key, FoldName(found->name));
-  if (!value->damaged) value->data = found->data;
-  return kSuccess;
+  return Nth(key, /*values=*/true, index, value) ? kSuccess : kNoMoreItems;
+}
+
+std::string Registry::Faults() {
+  const std::lock_guard guard(mutex_);
+  return database_.OpenToRead(place_.Directory()) ? database_.Faults() : std::string();
 }
 
 LONG GiveValue(const FoundValue& value, DWORD* type, BYTE* data, DWORD* bytes) noexcept {

@@ -4,8 +4,6 @@
 #ifndef ORVIX_PLATFORM_REGISTRY_REGISTRY_H
 #define ORVIX_PLATFORM_REGISTRY_REGISTRY_H
 
-#include <array>
-#include <memory>
 #include <mutex>
 #include <new>
 #include <stdexcept>
@@ -13,9 +11,12 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "frame/runtime/never_destroyed.h"
 #include "orvix/runtime.h"
 #include "orvix/text.h"
-#include "platform/registry/root_file.h"
+#include "platform/registry/database.h"
+#include "platform/registry/results.h"
+#include "platform/registry/store_place.h"
 
 namespace Orvix::registry {
 
@@ -26,7 +27,6 @@ struct FoundValue {
   Text name;
   DWORD type = 0;
   std::string data;
-  bool damaged = false;  // only from EnumerateValue; QueryValue gives 1009
 };
 
 class Registry {
@@ -44,50 +44,60 @@ class Registry {
   // 5 for a root and for a key with keys below it. The empty path is the key itself.
   [[nodiscard]] LONG DeleteKey(HKEY key, TextView path);
   [[nodiscard]] LONG SetValue(HKEY key, TextView name, DWORD type, std::string_view data);
-  // 2 when the value is missing, 1009 when the file no longer holds it.
+  // 2 when the value is missing, 1009 when the store is damaged there.
   [[nodiscard]] LONG QueryValue(HKEY key, TextView name, FoundValue* value);
   [[nodiscard]] LONG DeleteValue(HKEY key, TextView name);
   // In the order of the folded names, from 0; 259 past the end.
   [[nodiscard]] LONG EnumerateKey(HKEY key, DWORD index, Text* name);
   [[nodiscard]] LONG EnumerateValue(HKEY key, DWORD index, FoundValue* value);
+  // What is wrong with the store, a line each.
+  [[nodiscard]] std::string Faults();
 
  private:
-  static constexpr std::size_t kRoots = 4;
+  friend class NeverDestroyed<Registry>;
+  class Writing;
 
-  struct Store {
-    explicit Store(const std::string& directory);
-    StoreLock lock;
-    std::array<RootFile, kRoots> roots;
-  };
   struct Handle {
-    std::size_t root = 0;
-    std::shared_ptr<Key> key;
-    std::uint64_t generation = 0;  // of the tree that `key` is from
-    bool deleted = false;          // `key` was not there when the file was read anew
+    KeyId key = 0;
+    std::uint64_t store = 0;  // the number of the database that `key` is in
   };
   struct Place {
-    RootFile* file = nullptr;
-    std::shared_ptr<Key> key;
-    std::size_t root = 0;
+    KeyId key = 0;
+    std::size_t depth = 0;
     bool is_root = false;
+  };
+  // Where the last item of an enumeration stood, so that the next one is found
+  // without passing over all before it.
+  struct Enumeration {
+    HKEY key = nullptr;
+    bool values = false;
+    DWORD index = 0;
+    std::uint64_t store = 0;
+    std::int64_t version = 0;  // of the database, changed by others
+    std::int64_t changes = 0;  // by this process
+    std::string folded;
   };
 
   Registry();
-  Store& CurrentStore();
-  // Which root a handle is in; no number when the handle is not open.
-  [[nodiscard]] LONG FindRoot(HKEY key, std::size_t* root, Handle** handle);
-  // The key behind a handle. The root's file is up to date already.
-  [[nodiscard]] LONG Locate(HKEY key, Place* place);
-  [[nodiscard]] LONG Resolve(HKEY key, Place* place);
-  // Runs `change` on the key behind the handle with the store locked.
-  template <class Change>
-  [[nodiscard]] LONG Write(HKEY key, Change change);
-  [[nodiscard]] LONG NewHandle(const Place& place, const std::shared_ptr<Key>& key, HKEY* opened);
+  // 6 for a handle that is not open. Ids above the roots may be of deleted keys.
+  [[nodiscard]] KeyId IdOf(HKEY key) const;
+  // The key behind a handle, in the open store; 1018 when it was deleted.
+  [[nodiscard]] Place Locate(HKEY key);
+  void CheckIsThere(HKEY key);
+  [[nodiscard]] static bool AllowsLeadingSeparator(const Place& place);
+  // 161 and 87 for a path that no key can have.
+  static void CheckPath(const Place& place, TextView path);
+  // 0 when it is missing.
+  [[nodiscard]] KeyId Find(KeyId key, TextView path);
+  [[nodiscard]] bool Nth(HKEY key, bool values, DWORD index, FoundValue* item);
+  [[nodiscard]] HKEY NewHandle(KeyId key);
 
   std::mutex mutex_;
-  std::unique_ptr<Store> store_;
+  StorePlace place_;
+  Database database_;
   std::unordered_map<LONG, Handle> handles_;
   LONG last_handle_ = 0;
+  Enumeration last_;
 };
 
 // Gives type, length and data to a caller's variables, any of which may be null.
@@ -101,6 +111,8 @@ template <class Body>
 LONG Guarded(Body body) noexcept {
   try {
     return body();
+  } catch (const Failure& failure) {
+    return failure.code;
   } catch (const std::bad_alloc&) {
     return kOutOfMemory;
   } catch (const std::length_error&) {

@@ -112,8 +112,6 @@ LONG ORVIX_CALL RegEnumValueA(HKEY key, DWORD index, char* name, DWORD* characte
     FoundValue value;
     LONG result = Registry::Instance().EnumerateValue(key, index, &value);
     if (result != kSuccess) return result;
-    // The name of a damaged value is known all the same.
-    if (value.damaged && (type != nullptr || bytes != nullptr)) return kDamaged;
     ConvertToAnsi(&value);
     if (value.data.size() > (data == nullptr ? value.data.size() : *bytes)) {
       return GiveValue(value, type, data, bytes);

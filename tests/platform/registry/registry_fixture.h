@@ -57,14 +57,10 @@ class RegistryTest : public ::testing::Test {
   }
 
   [[nodiscard]] std::string Store() const { return directory_ + "/store"; }
-  [[nodiscard]] std::string UserFile() const { return Store() + "/HKEY_CURRENT_USER.txt"; }
+  [[nodiscard]] std::string File() const { return Store() + "/registry.sqlite"; }
   static std::string ReadFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
-  }
-  void WriteUserFile(const std::string& text) const {
-    std::filesystem::create_directories(Store());
-    std::ofstream(UserFile(), std::ios::binary | std::ios::trunc) << text;
   }
   // Runs `body` in a child process; its result is the exit code.
   static int InChild(const std::function<int()>& body) {
