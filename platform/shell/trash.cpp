@@ -92,7 +92,8 @@ std::string PathOf(int directory) {
 
 std::string RealPath(const std::string& path) {
   char real[PATH_MAX];
-  return realpath(path.c_str(), real) != nullptr ? real : path;
+  if (realpath(path.c_str(), real) == nullptr) Fail(errno, Side::kSource);
+  return real;
 }
 
 // The name that the item tries for the `number`-th time, short enough for its

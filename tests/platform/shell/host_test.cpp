@@ -170,12 +170,24 @@ TEST_F(HostTest, WhatIsMountedInATreeIsLeftAndNamed) {
   Watch();
   const std::string before = Now();
   for (const char* const top : {"d", "d\\m", "d\\n", "d\\k"}) {
-    EXPECT_EQ(Perform(kDeleting, {top}, {}), (Outcome{32, 0})) << top;
-    EXPECT_EQ(Perform(kMoving, {top}, {"v"}), (Outcome{32, 0})) << top;
-    const std::string named = seen_.back().name;
-    EXPECT_TRUE(named == Full("d\\m") || named == Full("d\\n") || named == Full("d\\k\\f")) << named;
+    for (const std::uint32_t operation : {kDeleting, kMoving}) {
+      EXPECT_EQ(Perform(operation, {top}, {"v"}), (Outcome{32, 0})) << top;
+      const std::string named = seen_.back().name;
+      EXPECT_TRUE(named == Full("d\\m") || named == Full("d\\n") || named == Full("d\\k\\f")) << named;
+    }
   }
   EXPECT_EQ(Now(), before);
+}
+
+TEST_F(HostTest, WhatChangesWhileItIsCopiedStays) {
+  const Mounted elsewhere(directory_.Native("v"));
+  if (!elsewhere.ok()) GTEST_SKIP() << "mounting is not allowed";
+  Make("d/s/x=1 d/y=2");
+  meanwhile_ = [] { std::ofstream("d/s/x") << "changed"; };
+  Watch();
+  EXPECT_EQ(Perform(kMoving, {"d"}, {"v"}), (Outcome{32, 0}));
+  EXPECT_EQ(Listing("d"), "s/ s/x=changed");
+  EXPECT_EQ(Listing("v"), "d/ d/s/ d/s/x=1 d/y=2");
 }
 
 // The walk is far below, and what it came from is another's by then.
