@@ -186,8 +186,8 @@ class Call {
       passed.target = inner->byref;
     }
     HRESULT result = S_OK;
-    if (words.iid != nullptr) {
-      result = ConvertObject(words, inner, passed.temporary);
+    if (words.iid != nullptr || words.type == VT_DISPATCH) {
+      result = ConvertObject(words.iid != nullptr ? *words.iid : IID_IDispatch, inner, passed.temporary);
     } else if ((words.type & VT_ARRAY) != 0 && (inner->vt & VT_ARRAY) == 0) {
       result = DISP_E_TYPEMISMATCH;
     } else {
@@ -203,14 +203,16 @@ class Call {
   }
 
   // An object goes in through the interface that the parameter names.
-  static HRESULT ConvertObject(const TypeWords& words, VARIANT* inner, VARIANT& temporary) {
+  static HRESULT ConvertObject(REFIID iid, VARIANT* inner, VARIANT& temporary) {
     const VARTYPE held = inner->vt & kTypeBits;
     if (held != VT_DISPATCH && held != VT_UNKNOWN) return DISP_E_TYPEMISMATCH;
     IUnknown* object = (inner->vt & VT_BYREF) == 0  ? inner->punkVal
                        : inner->ppunkVal == nullptr ? nullptr
                                                     : *inner->ppunkVal;
+    // The variable may lose it while it is asked.
+    const ComPtr<IUnknown> held_object = ComPtr<IUnknown>::Share(object);
     ComPtr<IDispatch> asked;
-    if (object != nullptr && FAILED(asked.Ask(*object, *words.iid))) return DISP_E_TYPEMISMATCH;
+    if (object != nullptr && FAILED(asked.Ask(*object, iid))) return DISP_E_TYPEMISMATCH;
     temporary.pdispVal = asked.Detach();
     temporary.vt = VT_DISPATCH;
     return S_OK;

@@ -165,6 +165,8 @@ int StagedFile::Commit(const char* name, bool replace) {
   }
   if (name_.empty() && !replace) return LinkDescriptor(descriptor_, directory_, name);
   if (name_.empty()) {
+    // Where a lock is not to be had, nobody else gets one either.
+    flock(descriptor_, LOCK_SH | LOCK_NB);
     const int error =
         UnderTemporaryName([&](const char* temporary) { return LinkDescriptor(descriptor_, directory_, temporary); });
     if (error != 0) return error;

@@ -81,8 +81,8 @@ LONG CodeOfErrno(int error) {
 bool IsRemote(const std::string& path) {
   struct statfs facts {};
   if (statfs(path.c_str(), &facts) != 0) return true;
-  constexpr std::uint32_t kRemote[] = {NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, CIFS_SUPER_MAGIC,  SMB2_SUPER_MAGIC,
-                                       V9FS_MAGIC,      FUSE_SUPER_MAGIC, AFS_SUPER_MAGIC, CODA_SUPER_MAGIC};
+  constexpr std::uint32_t kRemote[] = {NFS_SUPER_MAGIC, SMB_SUPER_MAGIC,  CIFS_SUPER_MAGIC, SMB2_SUPER_MAGIC,
+                                       V9FS_MAGIC,      FUSE_SUPER_MAGIC, AFS_SUPER_MAGIC,  CODA_SUPER_MAGIC};
   return std::ranges::find(kRemote, static_cast<std::uint32_t>(facts.f_type)) != std::end(kRemote);
 }
 
@@ -203,11 +203,10 @@ void Database::Connect(bool may_be_fixed) {
 bool Database::HasTables() {
   if (has_tables_) return true;
   sqlite3_stmt* asked = nullptr;
-  int result = sqlite3_prepare_v2(
-      connection_,
-      "SELECT user_version, (SELECT count(*) FROM sqlite_schema), application_id"
-      " FROM pragma_user_version, pragma_application_id",
-      -1, &asked, nullptr);
+  int result = sqlite3_prepare_v2(connection_,
+                                  "SELECT user_version, (SELECT count(*) FROM sqlite_schema), application_id"
+                                  " FROM pragma_user_version, pragma_application_id",
+                                  -1, &asked, nullptr);
   if (result == SQLITE_OK) result = sqlite3_step(asked);
   const int version = result == SQLITE_ROW ? sqlite3_column_int(asked, 0) : 0;
   const bool is_empty = result == SQLITE_ROW && sqlite3_column_int(asked, 1) == 0;
@@ -288,10 +287,12 @@ std::string Database::Faults() {
     if (result != SQLITE_OK) faults.append(sqlite3_errmsg(connection_)).append("\n");
   };
   collect("PRAGMA integrity_check");
-  collect("SELECT 'key ' || id || ' has no key above it' FROM keys k WHERE id > 4 AND"
-          " NOT EXISTS (SELECT 1 FROM keys WHERE id = k.parent)");
-  collect("SELECT 'a value of key ' || key || ' has no key' FROM vals v WHERE"
-          " NOT EXISTS (SELECT 1 FROM keys WHERE id = v.key)");
+  collect(
+      "SELECT 'key ' || id || ' has no key above it' FROM keys k WHERE id > 4 AND"
+      " NOT EXISTS (SELECT 1 FROM keys WHERE id = k.parent)");
+  collect(
+      "SELECT 'a value of key ' || key || ' has no key' FROM vals v WHERE"
+      " NOT EXISTS (SELECT 1 FROM keys WHERE id = v.key)");
   return faults;
 }
 

@@ -21,18 +21,20 @@ bool IsRoot(KeyId key) { return key <= kRoots; }
 
 }  // namespace
 
-// A change under way: the store is open to be written, and no signal of a full disk
-// ends the process.
-class Registry::Writing {
+// One operation: it has the registry to itself, and no signal of a full disk, which
+// readers may meet as well, ends the process.
+class Registry::Operation {
  public:
-  explicit Writing(Registry& registry) { registry.database_.OpenToWrite(registry.place_.Directory()); }
-  Writing(const Writing&) = delete;
-  Writing& operator=(const Writing&) = delete;
+  explicit Operation(Registry& registry) : guard_(registry.mutex_) {}
+  Operation(const Operation&) = delete;
+  Operation& operator=(const Operation&) = delete;
 
  private:
   struct Signals : QuietSignals {
     ~Signals() { Failed(EFBIG); }
-  } quiet_;
+  };
+  std::lock_guard<std::mutex> guard_;
+  Signals signals_;
 };
 
 Registry& Registry::Instance() {
@@ -100,7 +102,7 @@ HKEY Registry::NewHandle(KeyId key) {
 }
 
 LONG Registry::CreateKey(HKEY key, TextView path, HKEY* opened, DWORD* disposition) {
-  const std::lock_guard guard(mutex_);
+  const Operation operation(*this);
   KeyId found = 0;
   if (database_.OpenToRead(place_.Directory())) {
     Transaction reading(database_, /*writes=*/false);
@@ -116,7 +118,7 @@ LONG Registry::CreateKey(HKEY key, TextView path, HKEY* opened, DWORD* dispositi
   const DWORD kind = found != 0 ? kOpenedExisting : kCreatedNew;
   DWORD made_kind = kind;
   if (found == 0) {
-    const Writing writing(*this);
+    database_.OpenToWrite(place_.Directory());
     Transaction change(database_, /*writes=*/true);
     Place place = Locate(key);
     std::size_t made = 0;
@@ -145,7 +147,7 @@ LONG Registry::CreateKey(HKEY key, TextView path, HKEY* opened, DWORD* dispositi
 }
 
 LONG Registry::OpenKey(HKEY key, TextView path, HKEY* opened) {
-  const std::lock_guard guard(mutex_);
+  const Operation operation(*this);
   const bool has_store = database_.OpenToRead(place_.Directory());
   const KeyId id = IdOf(key);
   if (path.empty() && IsRoot(id)) {
@@ -170,16 +172,16 @@ LONG Registry::OpenKey(HKEY key, TextView path, HKEY* opened) {
 }
 
 LONG Registry::CloseKey(HKEY key) {
-  const std::lock_guard guard(mutex_);
+  const Operation operation(*this);
   static_cast<void>(IdOf(key));
   handles_.erase(static_cast<LONG>(reinterpret_cast<std::intptr_t>(key)));  // a root is none of them
   return kSuccess;
 }
 
 LONG Registry::DeleteKey(HKEY key, TextView path) {
-  const std::lock_guard guard(mutex_);
+  const Operation operation(*this);
   static_cast<void>(IdOf(key));
-  const Writing writing(*this);
+  database_.OpenToWrite(place_.Directory());
   Transaction change(database_, /*writes=*/true);
   const Place place = Locate(key);
   CheckPath(place, path);
@@ -193,10 +195,10 @@ LONG Registry::DeleteKey(HKEY key, TextView path) {
 }
 
 LONG Registry::SetValue(HKEY key, TextView name, DWORD type, std::string_view data) {
-  const std::lock_guard guard(mutex_);
+  const Operation operation(*this);
   if (name.size() > kMostNameUnits) return kBadParameter;
   static_cast<void>(IdOf(key));
-  const Writing writing(*this);
+  database_.OpenToWrite(place_.Directory());
   const KeyId id = IdOf(key);
   const Text folded = FoldName(name);
   {
@@ -211,7 +213,7 @@ LONG Registry::SetValue(HKEY key, TextView name, DWORD type, std::string_view da
 }
 
 LONG Registry::QueryValue(HKEY key, TextView name, FoundValue* value) {
-  const std::lock_guard guard(mutex_);
+  const Operation operation(*this);
   if (!database_.OpenToRead(place_.Directory())) return IsRoot(IdOf(key)) ? kNotFound : kKeyDeleted;
   Query found(database_, Statement::kGetValue);
   if (!found.With(IdOf(key)).With(TextView(FoldName(name))).Next()) {
@@ -224,9 +226,9 @@ LONG Registry::QueryValue(HKEY key, TextView name, FoundValue* value) {
 }
 
 LONG Registry::DeleteValue(HKEY key, TextView name) {
-  const std::lock_guard guard(mutex_);
+  const Operation operation(*this);
   static_cast<void>(IdOf(key));
-  const Writing writing(*this);
+  database_.OpenToWrite(place_.Directory());
   Query(database_, Statement::kDeleteValue).With(IdOf(key)).With(TextView(FoldName(name))).Run();
   if (database_.Changes() != 0) return kSuccess;
   CheckIsThere(key);
@@ -270,7 +272,7 @@ bool Registry::Nth(HKEY key, bool values, DWORD index, FoundValue* item) {
 }
 
 LONG Registry::EnumerateKey(HKEY key, DWORD index, Text* name) {
-  const std::lock_guard guard(mutex_);
+  const Operation operation(*this);
   FoundValue item;
   if (!Nth(key, /*values=*/false, index, &item)) return kNoMoreItems;
   *name = std::move(item.name);
@@ -278,12 +280,12 @@ LONG Registry::EnumerateKey(HKEY key, DWORD index, Text* name) {
 }
 
 LONG Registry::EnumerateValue(HKEY key, DWORD index, FoundValue* value) {
-  const std::lock_guard guard(mutex_);
+  const Operation operation(*this);
   return Nth(key, /*values=*/true, index, value) ? kSuccess : kNoMoreItems;
 }
 
 std::string Registry::Faults() {
-  const std::lock_guard guard(mutex_);
+  const Operation operation(*this);
   return database_.OpenToRead(place_.Directory()) ? database_.Faults() : std::string();
 }
 

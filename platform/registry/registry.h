@@ -55,7 +55,7 @@ class Registry {
 
  private:
   friend class NeverDestroyed<Registry>;
-  class Writing;
+  class Operation;
 
   struct Handle {
     KeyId key = 0;
