@@ -47,9 +47,9 @@ bool InChild(Trial& trial, int seconds, const std::function<int(Progress&)>& bod
   waitpid(child, &status, 0);
   const bool well = WIFEXITED(status) && WEXITSTATUS(status) == 0;
   if (!well) {
-    const std::string how = WIFSIGNALED(status)
-                                ? (WTERMSIG(status) == SIGALRM ? "no end" : "signal " + std::to_string(WTERMSIG(status)))
-                                : "exit code " + std::to_string(WEXITSTATUS(status));
+    const std::string how =
+        WIFSIGNALED(status) ? (WTERMSIG(status) == SIGALRM ? "no end" : "signal " + std::to_string(WTERMSIG(status)))
+                            : "exit code " + std::to_string(WEXITSTATUS(status));
     trial.Finding(how + " at step " + std::to_string(progress->step) + ", " + progress->words);
   }
   munmap(shared, sizeof(Progress));

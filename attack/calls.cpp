@@ -138,8 +138,8 @@ World::World(Trial& the_trial, bool has_hostile) : trial(the_trial) {
       BSTR name = nullptr;
       info->GetDocumentation(function->memid, &name, nullptr, nullptr, nullptr);
       if (IsCalled(ViewOf(name))) {
-        functions.push_back({i, function->memid, static_cast<WORD>(function->invkind), function->cParams,
-                             ToUtf8(ViewOf(name))});
+        functions.push_back(
+            {i, function->memid, static_cast<WORD>(function->invkind), function->cParams, ToUtf8(ViewOf(name))});
       }
       SysFreeString(name);
       info->ReleaseFuncDesc(function);

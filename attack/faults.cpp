@@ -37,19 +37,14 @@ void* __libc_malloc(std::size_t);
 void* __libc_calloc(std::size_t, std::size_t);
 void* __libc_realloc(void*, std::size_t);
 void* malloc(std::size_t bytes) { return AllocationFails() ? nullptr : __libc_malloc(bytes); }
-void* calloc(std::size_t count, std::size_t bytes) {
-  return AllocationFails() ? nullptr : __libc_calloc(count, bytes);
-}
-void* realloc(void* block, std::size_t bytes) {
-  return AllocationFails() ? nullptr : __libc_realloc(block, bytes);
-}
+void* calloc(std::size_t count, std::size_t bytes) { return AllocationFails() ? nullptr : __libc_calloc(count, bytes); }
+void* realloc(void* block, std::size_t bytes) { return AllocationFails() ? nullptr : __libc_realloc(block, bytes); }
 }
 #endif
 
 namespace Orvix::attack {
 
 namespace {
-
 
 // The file numbers that a failed call leaves open, as callers expect.
 void CloseNumbers() {
@@ -78,7 +73,8 @@ bool RunWithFault(Trial& trial, const Scenario& scenario, const std::string& fau
     CloseNumbers();
     std::string wrong = scenario.judge(scratch, number);
     const std::size_t open = OpenDescriptors();
-    if (open > open_before + 3) wrong += " descriptors: " + std::to_string(open_before) + " became " + std::to_string(open);
+    if (open > open_before + 3)
+      wrong += " descriptors: " + std::to_string(open_before) + " became " + std::to_string(open);
     if (const std::string left = Leftovers(scratch); !left.empty()) {
       // The next one there clears it.
       scenario.run(scratch);
@@ -106,10 +102,11 @@ void Faults(Trial& trial) {
   while (trial.TimeLeft()) {
     const Scenario& scenario = scenarios[trial.Pick(scenarios.size())];
     const int error = kErrors[trial.Pick(std::size(kErrors))];
-    const auto kind = trial.Chance(70) || error == EINTR ? testing::Faults::Kind::kOnce : testing::Faults::Kind::kOnward;
+    const auto kind =
+        trial.Chance(70) || error == EINTR ? testing::Faults::Kind::kOnce : testing::Faults::Kind::kOnward;
     for (int at = 1; trial.TimeLeft(); ++at) {
-      const std::string words = std::string(kind == testing::Faults::Kind::kOnce ? "once " : "onward ") + std::to_string(at) +
-                                " error " + std::to_string(error);
+      const std::string words = std::string(kind == testing::Faults::Kind::kOnce ? "once " : "onward ") +
+                                std::to_string(at) + " error " + std::to_string(error);
       const bool failed = RunWithFault(trial, scenario, words, [&](auto&& run) {
         const testing::Faults faults(kind, at, error);
         run();

@@ -13,8 +13,12 @@ namespace Orvix::attack {
 
 namespace {
 
-constexpr const char* kKilled[] = {"StoreData over a file", "StoreBinaryData over a file", "CopyFiles of a tree",
-                                   "MoveFiles of a tree",   "registry",                    "CreateFile"};
+constexpr const char* kKilled[] = {"StoreData over a file",
+                                   "StoreBinaryData over a file",
+                                   "CopyFiles of a tree",
+                                   "MoveFiles of a tree",
+                                   "registry",
+                                   "CreateFile"};
 
 const Scenario& Named(const std::string& name) {
   for (const Scenario& scenario : Scenarios()) {

@@ -24,8 +24,9 @@ void WithTree(const Scratch& scratch) {
 std::string OldOrNew(const Scratch& scratch, LONG number) {
   const std::string content = scratch.Read("file");
   if (number == 0) return content == kNew ? "" : "done, with " + std::to_string(content.size()) + " bytes";
-  return content == kOld || content == kNew ? "" : "failed with " + std::to_string(number) + ", old file lost: " +
-                                                       std::to_string(content.size()) + " bytes";
+  return content == kOld || content == kNew ? ""
+                                            : "failed with " + std::to_string(number) +
+                                                  ", old file lost: " + std::to_string(content.size()) + " bytes";
 }
 std::string NoneOrNew(const Scratch& scratch, LONG number) {
   const std::string content = scratch.Read("file");
@@ -75,15 +76,16 @@ std::string GetRegistry() {
 }
 
 constexpr Scenario kScenarios[] = {
-    {"StoreData over a file", WithOld, [](const Scratch& s) { Global().StoreData(Filename(s.Name("file")), WideNew()); },
-     OldOrNew, true},
+    {"StoreData over a file", WithOld,
+     [](const Scratch& s) { Global().StoreData(Filename(s.Name("file")), WideNew()); }, OldOrNew, true},
     {"StoreBinaryData over a file", WithOld,
      [](const Scratch& s) { Global().StoreBinaryData(Filename(s.Name("file")), ByteNew()); }, OldOrNew, true},
     {"StoreData of a new file", WithNothing,
      [](const Scratch& s) { Global().StoreData(Filename(s.Name("file")), WideNew()); }, NoneOrNew, true},
-    {"CreateFile", WithNothing, [](const Scratch& s) { Filename(s.Name("file")).CreateFile(WideNew()); }, NoneOrNew, true},
-    {"CreateFile over a file", WithOld, [](const Scratch& s) { Filename(s.Name("file")).CreateFile(WideNew()); }, OldStays,
+    {"CreateFile", WithNothing, [](const Scratch& s) { Filename(s.Name("file")).CreateFile(WideNew()); }, NoneOrNew,
      true},
+    {"CreateFile over a file", WithOld, [](const Scratch& s) { Filename(s.Name("file")).CreateFile(WideNew()); },
+     OldStays, true},
     {"GetFile", WithOld,
      [](const Scratch& s) {
        if (Filename(s.Name("file")).GetFile().View().size() != kOld.size()) throw std::logic_error("a part was read");
@@ -94,8 +96,7 @@ constexpr Scenario kScenarios[] = {
     {"CopyFiles of a tree", WithTree, [](const Scratch& s) { Operate(s, false); }, TreeIsWhole},
     {"MoveFiles of a tree", WithTree, [](const Scratch& s) { Operate(s, true); }, TreeIsWhole},
     {"MyFileCopy", WithOld, [](const Scratch& s) { Global().MyFileCopy(s.Name("file"), s.Name("copy")); }, OldStays},
-    {"texts",
-     [](const Scratch&) {},
+    {"texts", [](const Scratch&) {},
      [](const Scratch&) {
        static_cast<void>(Global().MyReplace(Text(9000, u'a'), u"a", u"bb"));
        static_cast<void>(Global().AddElement(Text(9000, u'a'), Text(9000, u'b'), u","));

@@ -66,7 +66,7 @@ S FromStorage(void* storage) {
 
 // Parameters of the slot that are not its result.
 template <class Plain, class SlotTuple, std::size_t... I>
-consteval void FillTypes(MemberRow& row, std::index_sequence<I...>) {
+constexpr void FillTypes(MemberRow& row, std::index_sequence<I...>) {
   using Parameters = typename Plain::Parameters;
   ((row.types[I] = Argument<std::tuple_element_t<I, Parameters>, std::tuple_element_t<I, SlotTuple>>::kWords), ...);
 }
@@ -85,7 +85,7 @@ struct Builder {
     return InvokeWith(object, arguments, result, std::make_index_sequence<kArity>{});
   }
 
-  static consteval MemberRow Row(std::string_view name, std::string_view help, INVOKEKIND kind) {
+  static constexpr MemberRow Row(std::string_view name, std::string_view help, INVOKEKIND kind) {
     MemberRow row;
     row.name = name;
     row.help = help;
@@ -113,7 +113,7 @@ struct Builder {
 };
 
 template <auto Member, auto Slot, std::size_t N>
-consteval MemberRow Named(std::string_view name, std::string_view help, INVOKEKIND kind,
+constexpr MemberRow Named(std::string_view name, std::string_view help, INVOKEKIND kind,
                           const std::string_view (&names)[N]) {
   static_assert(N == Builder<Member, Slot>::kArity, "one name per parameter");
   MemberRow row = Builder<Member, Slot>::Row(name, help, kind);
@@ -121,7 +121,7 @@ consteval MemberRow Named(std::string_view name, std::string_view help, INVOKEKI
   return row;
 }
 template <auto Member, auto Slot>
-consteval MemberRow Nameless(std::string_view name, std::string_view help, INVOKEKIND kind) {
+constexpr MemberRow Nameless(std::string_view name, std::string_view help, INVOKEKIND kind) {
   static_assert(Builder<Member, Slot>::kArity == 0, "one name per parameter");
   return Builder<Member, Slot>::Row(name, help, kind);
 }
