@@ -30,9 +30,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (ViewOf(path).size() > ViewOf(whole).size()) __builtin_trap();
   SysFreeString(path);
   SysFreeString(whole);
-  for (auto part : {&_classFilename::get_Filename, &_classFilename::get_Extension,
-                     &_classFilename::get_ExtensionlessFilename, &_classFilename::get_ExtensionlessWithPath,
-                     &_classFilename::Drive, &_classFilename::GetDrivelessPath}) {
+  for (auto part :
+       {&_classFilename::get_Filename, &_classFilename::get_Extension, &_classFilename::get_ExtensionlessFilename,
+        &_classFilename::get_ExtensionlessWithPath, &_classFilename::Drive, &_classFilename::GetDrivelessPath}) {
     BSTR text = nullptr;
     (filename->*part)(&text);
     SysFreeString(text);

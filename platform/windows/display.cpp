@@ -50,7 +50,7 @@ std::string OwnFolder() {
 // The module lies beside this library. It stays loaded: its code runs as long
 // as the display is used, which is to the end.
 std::shared_ptr<Display> MakeX11Display() {
-  const char* const server = std::getenv("DISPLAY");
+  const char* const server = secure_getenv("DISPLAY");
   if (server == nullptr || server[0] == '\0') return nullptr;
   const std::string folder = OwnFolder();
   if (folder.empty()) return nullptr;
