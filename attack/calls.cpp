@@ -3,6 +3,7 @@
 // misbehave in every way that does not break their own memory.
 #include <filesystem>
 #include <memory>
+#include <set>
 
 #include "attack/attack.h"
 #include "orvix/host.h"
@@ -40,7 +41,8 @@ struct World {
   std::vector<IDispatch*> objects;  // of the component
   std::vector<std::unique_ptr<class Hostile>> hostile;
   std::vector<Function> functions;
-  std::vector<VARIANT*> variables;  // of the calls under way
+  std::set<std::pair<std::size_t, DISPID>> left_out;  // object and identifier of what is not called
+  std::vector<VARIANT*> variables;                    // of the calls under way
   Progress* progress = nullptr;
 };
 
@@ -140,6 +142,8 @@ World::World(Trial& the_trial, bool has_hostile) : trial(the_trial) {
       if (IsCalled(ViewOf(name))) {
         functions.push_back(
             {i, function->memid, static_cast<WORD>(function->invkind), function->cParams, ToUtf8(ViewOf(name))});
+      } else {
+        left_out.emplace(i, function->memid);
       }
       SysFreeString(name);
       info->ReleaseFuncDesc(function);
@@ -289,7 +293,8 @@ void World::CallOne(int depth) {
   const bool names_one = count > 0 && (puts || trial.Chance(10));
   DISPPARAMS params{values.data(), names_one ? named : nullptr, static_cast<UINT>(count), names_one ? 1U : 0U};
   const WORD kind = trial.Chance(2) ? static_cast<WORD>(trial.Pick(16)) : function.kind;
-  const DISPID id = trial.Chance(1) ? static_cast<DISPID>(trial.Pick(200)) - 50 : function.id;
+  const DISPID other = static_cast<DISPID>(trial.Pick(200)) - 50;
+  const DISPID id = trial.Chance(1) && !left_out.contains({function.object, other}) ? other : function.id;
   VARIANT result{};
   EXCEPINFO exception{};
   UINT wrong = 0;

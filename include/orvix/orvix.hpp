@@ -23,6 +23,7 @@
 #include "orvix/wrapper/error.hpp"
 #include "orvix/wrapper/file_operation.hpp"
 #include "orvix/wrapper/filename.hpp"
+#include "orvix/wrapper/list.hpp"
 #include "orvix/wrapper/pointer.hpp"
 #include "orvix/wrapper/stack.hpp"
 #include "orvix/wrapper/string_buffer.hpp"

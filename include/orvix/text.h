@@ -4,6 +4,7 @@
 #ifndef ORVIX_TEXT_H
 #define ORVIX_TEXT_H
 
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -60,25 +61,63 @@ constexpr Decoded DecodeAt(std::string_view bytes, std::size_t at) {
 }
 }  // namespace text_detail
 
+namespace text_detail {
+// How many bytes at `bytes` are ASCII: whole blocks of eight at a time.
+inline std::size_t AsciiRun(const char* bytes, std::size_t size) {
+  std::size_t run = 0;
+  for (std::uint64_t eight = 0; run + sizeof eight <= size; run += sizeof eight) {
+    std::memcpy(&eight, bytes + run, sizeof eight);
+    if ((eight & 0x8080808080808080U) != 0) break;
+  }
+  return run;
+}
+inline std::size_t AsciiRun(const char16_t* units, std::size_t size) {
+  std::size_t run = 0;
+  for (std::uint64_t fours[2] = {}; run + 8 <= size; run += 8) {
+    std::memcpy(fours, units + run, sizeof fours);
+    if (((fours[0] | fours[1]) & 0xFF80FF80FF80FF80U) != 0) break;
+  }
+  return run;
+}
+}  // namespace text_detail
+
 // UTF-16 of UTF-8 bytes.
 inline Text FromUtf8(std::string_view bytes) {
-  Text text;
-  text.reserve(bytes.size());
-  for (std::size_t at = 0; at < bytes.size();) {
+  Text text(bytes.size(), u'\0');  // never more units than bytes
+  char16_t* to = text.data();
+  const std::size_t size = bytes.size();
+  for (std::size_t at = 0; at < size;) {
+    const auto byte = static_cast<unsigned char>(bytes[at]);
+    if (byte < 0x80) {
+      const std::size_t run = text_detail::AsciiRun(bytes.data() + at, size - at);
+      for (std::size_t i = 0; i < run; ++i) to[i] = static_cast<unsigned char>(bytes[at + i]);
+      to += run;
+      at += run;
+      for (std::size_t end = at + 8; at < end && at < size && static_cast<signed char>(bytes[at]) >= 0; ++at) {
+        *to++ = static_cast<unsigned char>(bytes[at]);
+      }
+      continue;
+    }
+    if (byte >= 0xC2 && byte < 0xE0 && at + 1 < size && (bytes[at + 1] & 0xC0) == 0x80) {
+      *to++ = static_cast<char16_t>((byte & 0x1F) << 6 | (bytes[at + 1] & 0x3F));
+      at += 2;
+      continue;
+    }
     const auto [value, length] = text_detail::DecodeAt(bytes, at);
     if (length == 0) {
-      text.push_back(static_cast<char16_t>(0xDC00 | static_cast<unsigned char>(bytes[at])));
+      *to++ = static_cast<char16_t>(0xDC00 | byte);
       ++at;
       continue;
     }
     if (value >= 0x10000) {
-      text.push_back(static_cast<char16_t>(0xD7C0 + (value >> 10)));
-      text.push_back(static_cast<char16_t>(0xDC00 | (value & 0x3FF)));
+      *to++ = static_cast<char16_t>(0xD7C0 + (value >> 10));
+      *to++ = static_cast<char16_t>(0xDC00 | (value & 0x3FF));
     } else {
-      text.push_back(static_cast<char16_t>(value));
+      *to++ = static_cast<char16_t>(value);
     }
     at += length;
   }
+  text.resize(static_cast<std::size_t>(to - text.data()));
   return text;
 }
 
@@ -89,11 +128,35 @@ inline std::string ToUtf8(TextView text, bool* exact = nullptr) {
   using text_detail::IsLow;
   if (exact != nullptr) *exact = true;
   std::string bytes;
-  bytes.reserve(text.size());
-  const auto put = [&](char32_t bits) { bytes.push_back(static_cast<char>(bits)); };
-  for (std::size_t at = 0; at < text.size(); ++at) {
+  const std::size_t size = text.size();
+  std::size_t made = 0;
+  // Room for what is left at three bytes a unit, which is the most.
+  const auto room = [&](std::size_t left) {
+    if (bytes.size() - made < 3 * left) bytes.resize(made + 3 * left);
+  };
+  const std::size_t ascii = text_detail::AsciiRun(text.data(), size);
+  bytes.resize(size);
+  for (std::size_t i = 0; i < ascii; ++i) bytes[i] = static_cast<char>(text[i]);
+  made = ascii;
+  const auto put = [&](char32_t bits) { bytes[made++] = static_cast<char>(bits); };
+  if (ascii < size) room(size - ascii);
+  for (std::size_t at = ascii; at < size; ++at) {
     char32_t value = text[at];
-    if (IsHigh(text[at]) && at + 1 < text.size() && IsLow(text[at + 1])) {
+    if (value < 0x80) {
+      const std::size_t run = text_detail::AsciiRun(text.data() + at, size - at);
+      for (std::size_t i = 0; i < run; ++i) bytes[made + i] = static_cast<char>(text[at + i]);
+      made += run;
+      at += run;
+      for (std::size_t end = at + 8; at < end && at < size && text[at] < 0x80; ++at) put(text[at]);
+      --at;
+      continue;
+    }
+    if (value < 0x800) {
+      put(0xC0 | value >> 6);
+      put(0x80 | (value & 0x3F));
+      continue;
+    }
+    if (IsHigh(text[at]) && at + 1 < size && IsLow(text[at + 1])) {
       value = (value - 0xD7C0) << 10 | (text[++at] & 0x3FF);
     } else if (value >= 0xDC80 && value <= 0xDCFF) {
       put(value & 0xFF);
@@ -102,22 +165,16 @@ inline std::string ToUtf8(TextView text, bool* exact = nullptr) {
       if (exact != nullptr) *exact = false;
       value = 0xFFFD;
     }
-    if (value < 0x80) {
-      put(value);
-    } else if (value < 0x800) {
-      put(0xC0 | value >> 6);
-      put(0x80 | (value & 0x3F));
-    } else if (value < 0x10000) {
+    if (value < 0x10000) {
       put(0xE0 | value >> 12);
-      put(0x80 | (value >> 6 & 0x3F));
-      put(0x80 | (value & 0x3F));
     } else {
       put(0xF0 | value >> 18);
       put(0x80 | (value >> 12 & 0x3F));
-      put(0x80 | (value >> 6 & 0x3F));
-      put(0x80 | (value & 0x3F));
     }
+    put(0x80 | (value >> 6 & 0x3F));
+    put(0x80 | (value & 0x3F));
   }
+  bytes.resize(made);
   return bytes;
 }
 

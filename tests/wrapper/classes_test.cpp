@@ -4,7 +4,10 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
+#include <random>
 #include <thread>
+#include <vector>
 
 #include "orvix/orvix.hpp"
 #include "support/run_program.h"
@@ -18,6 +21,53 @@ Text PlatformName(const std::filesystem::path& native) {
   String name;
   Check(OxPlatformName(native.c_str(), name.Receive()));
   return Text(name.View());
+}
+
+TEST(WrapperList, ElementsAndJoinAreWhatTheMembersSay) {
+  const Utility& orvix = Global();
+  for (const TextView separator : {u",", u"--", u"-", u"", u"abc"}) {
+    for (const TextView list :
+         {u"", u",", u"a", u"a,b", u",a,,b,", u"--a--b", u"---", u"a--b-", u"-a-", u"abcabc", u"xabcy", u"-----"}) {
+      std::vector<Text> elements;
+      for (const TextView element : Elements(list, separator)) elements.emplace_back(element);
+      std::vector<Text> expected;
+      const LONG count = separator.empty() ? 0 : orvix.LengthList(list, separator);
+      for (LONG i = 1; i <= count; ++i) expected.emplace_back(orvix.GetElement(list, i, separator).View());
+      EXPECT_EQ(elements, expected) << ToUtf8(list) << " by " << ToUtf8(separator);
+      String joined;
+      for (const Text& element : elements) joined = orvix.AddElement(joined, element, separator);
+      EXPECT_EQ(Join(elements, separator), joined) << ToUtf8(list) << " by " << ToUtf8(separator);
+    }
+  }
+  std::string kept;
+  for (const TextView element : Elements(std::string("one,two"), ",")) kept += ToUtf8(element) + ";";
+  EXPECT_EQ(kept, "one;two;");
+  EXPECT_EQ(Join(std::vector<std::string>{"a", "\u00e4"}, ", "), u"a, \u00e4");
+}
+
+// Every boundary of the fast walks, against the slow rules of one character.
+TEST(WrapperText, Utf8OfEveryMixtureComesBack) {
+  std::mt19937 random(5);
+  const Text pieces[] = {u"a",      u"plain ascii text", u"\u00e4",          u"\u07ff",
+                         u"\u20ac", u"\U0001F600",       Text(1, u'\xDC80'), Text(1, u'\xDCFF')};
+  for (int round = 0; round < 3000; ++round) {
+    Text text;
+    std::string bytes;
+    for (std::size_t count = random() % 12; count > 0; --count) {
+      const Text& piece = pieces[random() % std::size(pieces)];
+      text += piece;
+      bytes += ToUtf8(piece);
+    }
+    EXPECT_EQ(ToUtf8(text), bytes);
+    // What stands alone may have become a character beside its neighbours.
+    EXPECT_EQ(ToUtf8(FromUtf8(bytes)), bytes);
+    if (text.find_first_of(u"\xDC80\xDCFF") == Text::npos) {
+      EXPECT_EQ(FromUtf8(bytes), text);
+    }
+  }
+  bool exact = true;
+  EXPECT_EQ(ToUtf8(Text(1, u'\xD800') + u"x", &exact), "\xEF\xBF\xBDx");
+  EXPECT_FALSE(exact);
 }
 
 TEST(WrapperGlobal, TakesTextsInEveryEncoding) {

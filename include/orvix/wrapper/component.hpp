@@ -5,6 +5,7 @@
 
 #include <dlfcn.h>
 
+#include <atomic>
 #include <string>
 
 #include "orvix/orvix.h"
@@ -51,9 +52,16 @@ class Component {
       Check(made);
       return object;
     }
-    Pointer<IClassFactory> factory;
-    Check(entry_(clsid, IID_IClassFactory, factory.ReceiveVoid()));
-    Check(factory->CreateInstance(nullptr, kIidOf<Interface>, object.ReceiveVoid()));
+    // The class object is asked for once and kept: the library stays loaded.
+    static std::atomic<const ClassObject*> kept{nullptr};
+    const ClassObject* known = kept.load(std::memory_order_acquire);
+    if (known == nullptr || known->entry != entry_ || known->clsid != clsid) {
+      Pointer<IClassFactory> factory;
+      Check(entry_(clsid, IID_IClassFactory, factory.ReceiveVoid()));
+      known = new ClassObject{entry_, clsid, factory.Detach()};
+      kept.store(known, std::memory_order_release);  // an earlier one may still be in use elsewhere
+    }
+    Check(known->factory->CreateInstance(nullptr, kIidOf<Interface>, object.ReceiveVoid()));
     return object;
   }
 
@@ -76,6 +84,12 @@ class Component {
   void Unregister() const { CallEntry("DllUnregisterServer"); }
 
  private:
+  struct ClassObject {
+    EntryPoint entry;
+    CLSID clsid;
+    IClassFactory* factory;
+  };
+
   Component(EntryPoint entry, void* library) noexcept : entry_(entry), library_(library) {}
 
   static const Component& Loaded() {
