@@ -4,10 +4,10 @@
 #ifndef ORVIX_TEXT_H
 #define ORVIX_TEXT_H
 
-#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "orvix/automation.h"
 
@@ -62,60 +62,59 @@ constexpr Decoded DecodeAt(std::string_view bytes, std::size_t at) {
 }  // namespace text_detail
 
 namespace text_detail {
-// How many bytes at `bytes` are ASCII: whole blocks of eight at a time.
-inline std::size_t AsciiRun(const char* bytes, std::size_t size) {
-  std::size_t run = 0;
-  for (std::uint64_t eight = 0; run + sizeof eight <= size; run += sizeof eight) {
-    std::memcpy(&eight, bytes + run, sizeof eight);
-    if ((eight & 0x8080808080808080U) != 0) break;
+// Blocks that hold ASCII alone are copied in loops of this length, which
+// compilers turn into vector code.
+inline constexpr std::size_t kBlock = 32;
+
+// Copies whole blocks as long as they are ASCII; how many units that were.
+template <class From, class To>
+std::size_t CopyAscii(const From* from, std::size_t size, To* to) {
+  std::size_t done = 0;
+  for (; size - done >= kBlock; done += kBlock) {
+    unsigned bits = 0;
+    for (std::size_t i = 0; i < kBlock; ++i) bits |= static_cast<std::make_unsigned_t<From>>(from[done + i]);
+    if (bits >= 0x80) break;
+    for (std::size_t i = 0; i < kBlock; ++i) to[done + i] = static_cast<To>(from[done + i]);
   }
-  return run;
-}
-inline std::size_t AsciiRun(const char16_t* units, std::size_t size) {
-  std::size_t run = 0;
-  for (std::uint64_t fours[2] = {}; run + 8 <= size; run += 8) {
-    std::memcpy(fours, units + run, sizeof fours);
-    if (((fours[0] | fours[1]) & 0xFF80FF80FF80FF80U) != 0) break;
-  }
-  return run;
+  return done;
 }
 }  // namespace text_detail
 
 // UTF-16 of UTF-8 bytes.
 inline Text FromUtf8(std::string_view bytes) {
-  Text text(bytes.size(), u'\0');  // never more units than bytes
-  char16_t* to = text.data();
   const std::size_t size = bytes.size();
+  Text text(size, u'\0');  // never more units than bytes
+  char16_t* to = text.data();
   for (std::size_t at = 0; at < size;) {
-    const auto byte = static_cast<unsigned char>(bytes[at]);
-    if (byte < 0x80) {
-      const std::size_t run = text_detail::AsciiRun(bytes.data() + at, size - at);
-      for (std::size_t i = 0; i < run; ++i) to[i] = static_cast<unsigned char>(bytes[at + i]);
-      to += run;
-      at += run;
-      for (std::size_t end = at + 8; at < end && at < size && static_cast<signed char>(bytes[at]) >= 0; ++at) {
-        *to++ = static_cast<unsigned char>(bytes[at]);
+    const std::size_t run = text_detail::CopyAscii(bytes.data() + at, size - at, to);
+    at += run;
+    to += run;
+    for (const std::size_t end = at + text_detail::kBlock; at < size && at < end;) {
+      const auto byte = static_cast<unsigned char>(bytes[at]);
+      if (byte < 0x80) {
+        *to++ = byte;
+        ++at;
+        continue;
       }
-      continue;
+      if (byte >= 0xC2 && byte < 0xE0 && at + 1 < size && (bytes[at + 1] & 0xC0) == 0x80) {
+        *to++ = static_cast<char16_t>((byte & 0x1F) << 6 | (bytes[at + 1] & 0x3F));
+        at += 2;
+        continue;
+      }
+      const auto [value, length] = text_detail::DecodeAt(bytes, at);
+      if (length == 0) {
+        *to++ = static_cast<char16_t>(0xDC00 | byte);
+        ++at;
+        continue;
+      }
+      if (value >= 0x10000) {
+        *to++ = static_cast<char16_t>(0xD7C0 + (value >> 10));
+        *to++ = static_cast<char16_t>(0xDC00 | (value & 0x3FF));
+      } else {
+        *to++ = static_cast<char16_t>(value);
+      }
+      at += length;
     }
-    if (byte >= 0xC2 && byte < 0xE0 && at + 1 < size && (bytes[at + 1] & 0xC0) == 0x80) {
-      *to++ = static_cast<char16_t>((byte & 0x1F) << 6 | (bytes[at + 1] & 0x3F));
-      at += 2;
-      continue;
-    }
-    const auto [value, length] = text_detail::DecodeAt(bytes, at);
-    if (length == 0) {
-      *to++ = static_cast<char16_t>(0xDC00 | byte);
-      ++at;
-      continue;
-    }
-    if (value >= 0x10000) {
-      *to++ = static_cast<char16_t>(0xD7C0 + (value >> 10));
-      *to++ = static_cast<char16_t>(0xDC00 | (value & 0x3FF));
-    } else {
-      *to++ = static_cast<char16_t>(value);
-    }
-    at += length;
   }
   text.resize(static_cast<std::size_t>(to - text.data()));
   return text;
@@ -124,55 +123,48 @@ inline Text FromUtf8(std::string_view bytes) {
 // UTF-8 bytes of UTF-16. A lone surrogate that stands for a byte gives that
 // byte; any other lone surrogate gives U+FFFD and clears `*exact`.
 inline std::string ToUtf8(TextView text, bool* exact = nullptr) {
-  using text_detail::IsHigh;
-  using text_detail::IsLow;
   if (exact != nullptr) *exact = true;
-  std::string bytes;
   const std::size_t size = text.size();
+  std::string bytes(size, '\0');
   std::size_t made = 0;
-  // Room for what is left at three bytes a unit, which is the most.
-  const auto room = [&](std::size_t left) {
-    if (bytes.size() - made < 3 * left) bytes.resize(made + 3 * left);
-  };
-  const std::size_t ascii = text_detail::AsciiRun(text.data(), size);
-  bytes.resize(size);
-  for (std::size_t i = 0; i < ascii; ++i) bytes[i] = static_cast<char>(text[i]);
-  made = ascii;
   const auto put = [&](char32_t bits) { bytes[made++] = static_cast<char>(bits); };
-  if (ascii < size) room(size - ascii);
-  for (std::size_t at = ascii; at < size; ++at) {
-    char32_t value = text[at];
-    if (value < 0x80) {
-      const std::size_t run = text_detail::AsciiRun(text.data() + at, size - at);
-      for (std::size_t i = 0; i < run; ++i) bytes[made + i] = static_cast<char>(text[at + i]);
-      made += run;
-      at += run;
-      for (std::size_t end = at + 8; at < end && at < size && text[at] < 0x80; ++at) put(text[at]);
-      --at;
-      continue;
-    }
-    if (value < 0x800) {
-      put(0xC0 | value >> 6);
+  for (std::size_t at = 0; at < size;) {
+    const std::size_t run = text_detail::CopyAscii(text.data() + at, size - at, bytes.data() + made);
+    at += run;
+    made += run;
+    if (at == size) break;
+    // Room for what is left at three bytes a unit, which is the most.
+    const std::size_t end = at + text_detail::kBlock < size ? at + text_detail::kBlock : size;
+    if (bytes.size() - made < 3 * (end - at) + (size - end)) bytes.resize(made + 3 * (size - at));
+    while (at < end) {
+      char32_t value = text[at++];
+      if (value < 0x80) {
+        put(value);
+        continue;
+      }
+      if (value < 0x800) {
+        put(0xC0 | value >> 6);
+        put(0x80 | (value & 0x3F));
+        continue;
+      }
+      if (text_detail::IsHigh(text[at - 1]) && at < size && text_detail::IsLow(text[at])) {
+        value = (value - 0xD7C0) << 10 | (text[at++] & 0x3FF);
+      } else if (value >= 0xDC80 && value <= 0xDCFF) {
+        put(value & 0xFF);
+        continue;
+      } else if (value >= 0xD800 && value <= 0xDFFF) {
+        if (exact != nullptr) *exact = false;
+        value = 0xFFFD;
+      }
+      if (value < 0x10000) {
+        put(0xE0 | value >> 12);
+      } else {
+        put(0xF0 | value >> 18);
+        put(0x80 | (value >> 12 & 0x3F));
+      }
+      put(0x80 | (value >> 6 & 0x3F));
       put(0x80 | (value & 0x3F));
-      continue;
     }
-    if (IsHigh(text[at]) && at + 1 < size && IsLow(text[at + 1])) {
-      value = (value - 0xD7C0) << 10 | (text[++at] & 0x3FF);
-    } else if (value >= 0xDC80 && value <= 0xDCFF) {
-      put(value & 0xFF);
-      continue;
-    } else if (value >= 0xD800 && value <= 0xDFFF) {
-      if (exact != nullptr) *exact = false;
-      value = 0xFFFD;
-    }
-    if (value < 0x10000) {
-      put(0xE0 | value >> 12);
-    } else {
-      put(0xF0 | value >> 18);
-      put(0x80 | (value >> 12 & 0x3F));
-    }
-    put(0x80 | (value >> 6 & 0x3F));
-    put(0x80 | (value & 0x3F));
   }
   bytes.resize(made);
   return bytes;

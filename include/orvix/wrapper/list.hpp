@@ -22,8 +22,8 @@ class Elements {
  public:
   template <AnyText List, AnyText Separator>
   Elements(List&& list, const Separator& separator) : separator_(AsText(separator)) {
-    if constexpr (Utf16Text<List> && (std::is_lvalue_reference_v<List> ||
-                                      std::is_same_v<std::remove_cvref_t<List>, TextView>)) {
+    if constexpr (Utf16Text<List> &&
+                  (std::is_lvalue_reference_v<List> || std::is_same_v<std::remove_cvref_t<List>, TextView>)) {
       list_ = list;
     } else {
       kept_ = AsText(list);
@@ -103,8 +103,8 @@ class Elements {
 // The list that AddElement makes of the texts in turn. As there, an element that
 // comes to a list that is still empty gets no separator.
 template <std::ranges::input_range Range, AnyText Separator>
-requires AnyText<std::ranges::range_value_t<Range>> [[nodiscard]] String Join(Range&& texts,
-                                                                              const Separator& separator) {
+requires AnyText<std::ranges::range_value_t<Range>>
+[[nodiscard]] String Join(Range&& texts, const Separator& separator) {
   const String parted(separator);
   Text list;
   for (const auto& text : texts) {
