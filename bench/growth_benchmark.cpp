@@ -54,13 +54,9 @@ struct Files {
 
 const Thing kThings[] = {
     {"LengthList", 1000, 1'000'000, 1.1,
-     [](LONG n) {
-       return [list = String(ListOf(n))] { static_cast<void>(Global().LengthList(list, u",")); };
-     }},
+     [](LONG n) { return [list = String(ListOf(n))] { static_cast<void>(Global().LengthList(list, u",")); }; }},
     {"GetElement of the last", 1000, 1'000'000, 1.1,
-     [](LONG n) {
-       return [list = String(ListOf(n)), n] { static_cast<void>(Global().GetElement(list, n, u",")); };
-     }},
+     [](LONG n) { return [list = String(ListOf(n)), n] { static_cast<void>(Global().GetElement(list, n, u",")); }; }},
     {"Elements of a list", 1000, 1'000'000, 1.1,
      [](LONG n) {
        return [list = String(ListOf(n))] {
