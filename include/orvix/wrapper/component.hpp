@@ -52,14 +52,20 @@ class Component {
       Check(made);
       return object;
     }
-    // The class object is asked for once and kept: the library stays loaded.
+    // Class objects are asked for once and kept: the library stays loaded. Most
+    // interfaces belong to one class, so the chain is short.
     static std::atomic<const ClassObject*> kept{nullptr};
-    const ClassObject* known = kept.load(std::memory_order_acquire);
-    if (known == nullptr || known->entry != entry_ || known->clsid != clsid) {
+    const ClassObject* const first = kept.load(std::memory_order_acquire);
+    const ClassObject* known = first;
+    while (known != nullptr && (known->entry != entry_ || known->clsid != clsid)) known = known->next;
+    if (known == nullptr) {
       Pointer<IClassFactory> factory;
       Check(entry_(clsid, IID_IClassFactory, factory.ReceiveVoid()));
-      known = new ClassObject{entry_, clsid, factory.Detach()};
-      kept.store(known, std::memory_order_release);  // an earlier one may still be in use elsewhere
+      auto* const added = new ClassObject{entry_, clsid, factory.operator->(), first};
+      static_cast<void>(factory.Detach());
+      while (!kept.compare_exchange_weak(added->next, added, std::memory_order_acq_rel)) {
+      }
+      known = added;
     }
     Check(known->factory->CreateInstance(nullptr, kIidOf<Interface>, object.ReceiveVoid()));
     return object;
@@ -88,6 +94,7 @@ class Component {
     EntryPoint entry;
     CLSID clsid;
     IClassFactory* factory;
+    const ClassObject* next;
   };
 
   Component(EntryPoint entry, void* library) noexcept : entry_(entry), library_(library) {}
