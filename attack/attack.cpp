@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <new>
 
 namespace Orvix::attack {
 
@@ -67,7 +68,8 @@ Scratch::~Scratch() {
 
 Text Scratch::Name(const std::string& name) const {
   BSTR platform = nullptr;
-  OxPlatformName(Native(name).c_str(), &platform);
+  // An empty name would be the current directory.
+  if (FAILED(OxPlatformName(Native(name).c_str(), &platform))) throw std::bad_alloc();
   Text text(ViewOf(platform));
   SysFreeString(platform);
   return text;
