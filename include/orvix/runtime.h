@@ -195,8 +195,16 @@ ORVIX_API LONG ORVIX_CALL RegDeleteValueA(HKEY key, const char* name);
 ORVIX_API LONG ORVIX_CALL RegDeleteValueW(HKEY key, const OLECHAR* name);
 ORVIX_API LONG ORVIX_CALL RegEnumKeyExA(HKEY key, DWORD index, char* name, DWORD* characters, DWORD* reserved,
                                         char* className, DWORD* classCharacters, void* lastWrite);
+ORVIX_API LONG ORVIX_CALL RegEnumKeyExW(HKEY key, DWORD index, OLECHAR* name, DWORD* characters, DWORD* reserved,
+                                        OLECHAR* className, DWORD* classCharacters, void* lastWrite);
 ORVIX_API LONG ORVIX_CALL RegEnumValueA(HKEY key, DWORD index, char* name, DWORD* characters, DWORD* reserved,
                                         DWORD* type, BYTE* data, DWORD* bytes);
+ORVIX_API LONG ORVIX_CALL RegEnumValueW(HKEY key, DWORD index, OLECHAR* name, DWORD* characters, DWORD* reserved,
+                                        DWORD* type, BYTE* data, DWORD* bytes);
+// What is wrong with the registry's store, a line each: the caller's, empty when it
+// is sound. 1009 for a file that is no store or a later one's, else the code of what
+// kept it from being read.
+ORVIX_API LONG ORVIX_CALL OxCheckRegistry(BSTR* faults);
 
 using HMODULE = void*;
 inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 2;

@@ -1,9 +1,7 @@
 // The drive map: read from the environment once, then changed by callers only.
 #include "platform/names/drive_map.h"
 
-#include <pwd.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
@@ -15,6 +13,7 @@
 #include "frame/runtime/runtime_error.h"
 #include "platform/names/case_fold.h"
 #include "platform/names/path_map.h"
+#include "platform/system/user_data.h"
 
 namespace Orvix {
 
@@ -22,36 +21,16 @@ namespace {
 
 char16_t UpperLetter(char16_t letter) { return static_cast<char16_t>(letter & ~0x20); }
 
-std::string WithoutTrailingSlashes(std::string directory) {
-  while (!directory.empty() && directory.back() == '/') directory.pop_back();
-  return directory;
-}
-
-std::string AsRoot(std::string_view directory) { return WithoutTrailingSlashes(AbsolutePath(std::string(directory))); }
-
-// The user's data directory; empty when there is no home either.
-std::string DataDirectory() {
-  // Relative values are to be ignored.
-  if (const char* data = secure_getenv("XDG_DATA_HOME"); data != nullptr && data[0] == '/') {
-    return WithoutTrailingSlashes(data);
-  }
-  std::string home;
-  if (const char* value = secure_getenv("HOME"); value != nullptr && value[0] == '/') {
-    home = value;
-  } else {
-    passwd entry{};
-    passwd* found = nullptr;
-    char buffer[4096];
-    if (getpwuid_r(getuid(), &entry, buffer, sizeof buffer, &found) != 0 || found == nullptr) return {};
-    home = found->pw_dir;
-  }
-  return WithoutTrailingSlashes(home) + "/.local/share";
+std::string AsRoot(std::string_view directory) {
+  std::string root = AbsolutePath(std::string(directory));
+  while (root.ends_with('/')) root.pop_back();
+  return root;
 }
 
 struct DriveMap {
   DriveMap() {
     drives[u'Z'] = "";
-    if (const std::string data = DataDirectory(); !data.empty()) {
+    if (const std::string data = UserDataDirectory(); !data.empty()) {
       own_drive = data + "/orvix/drive_c";
       drives[u'C'] = own_drive;
     }
@@ -118,11 +97,7 @@ void MakeOwnDrive(char16_t letter) {
   const std::string own = TheMap().own_drive;
   if (own.empty() || DirectoryOfDrive(u'C') != own) return;
   if (mkdir(own.c_str(), 0777) == 0 || errno != ENOENT) return;
-  // Directories of the user's data are the user's alone.
-  for (std::size_t at = own.find('/', 1); at != std::string::npos; at = own.find('/', at + 1)) {
-    mkdir(own.substr(0, at).c_str(), 0700);
-  }
-  mkdir(own.c_str(), 0777);
+  if (MakeUserDirectory(own.substr(0, own.rfind('/'))) == 0) mkdir(own.c_str(), 0777);
 }
 
 void MapDrive(char16_t letter, const char* directory) {

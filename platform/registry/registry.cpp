@@ -2,8 +2,8 @@
 
 #include <pthread.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <limits>
 
 #include "platform/names/case_fold.h"
@@ -13,11 +13,30 @@ namespace Orvix::registry {
 
 namespace {
 
+constexpr std::size_t kMostKeyUnits = 255;     // one component of a key
+constexpr std::size_t kMostNameUnits = 16383;  // a value's name
+constexpr std::int64_t kMostLevels = 512;      // components of a key
+constexpr std::size_t kMostNewLevels = 32;     // that one call makes
+
 constexpr KeyId kClasses = 1;
 // Roots are known by their low 32 bits, as callers extend them either way.
 constexpr LONG kRootValues[kRoots] = {kClassesRoot, kCurrentUser, kLocalMachine, kUsers};
 
 bool IsRoot(KeyId key) { return key <= kRoots; }
+
+// Takes the first component off `*path`, empty at its end; doubled and trailing
+// backslashes count for nothing.
+TextView TakeComponent(TextView* path) {
+  path->remove_prefix(std::min(path->find_first_not_of(u'\\'), path->size()));
+  const TextView component = path->substr(0, path->find(u'\\'));
+  path->remove_prefix(component.size());
+  return component;
+}
+
+KeyId Child(SqlConnection& sql, KeyId key, const Text& folded) {
+  SqlQuery child(sql, "SELECT id FROM keys WHERE parent = ? AND folded = ?", key, TextView(folded));
+  return child.Next() ? child.Number(0) : 0;
+}
 
 }  // namespace
 
@@ -28,13 +47,11 @@ class Registry::Operation {
   explicit Operation(Registry& registry) : guard_(registry.mutex_) {}
   Operation(const Operation&) = delete;
   Operation& operator=(const Operation&) = delete;
+  ~Operation() { signals_.Failed(EFBIG); }
 
  private:
-  struct Signals : QuietSignals {
-    ~Signals() { Failed(EFBIG); }
-  };
   std::lock_guard<std::mutex> guard_;
-  Signals signals_;
+  QuietSignals signals_;
 };
 
 Registry& Registry::Instance() {
@@ -48,7 +65,7 @@ Registry::Registry() {
   pthread_atfork(
       [] {
         Instance().mutex_.lock();
-        Instance().database_.Close();
+        Instance().store_.Close();
       },
       [] { Instance().mutex_.unlock(); }, [] { Instance().mutex_.unlock(); });
 }
@@ -62,33 +79,47 @@ KeyId Registry::IdOf(HKEY key) const {
   const auto found = handles_.find(static_cast<LONG>(value));
   if (found == handles_.end()) throw Failure{kBadHandle};
   // A key of a store that is gone is deleted.
-  return found->second.store == database_.number() ? found->second.key : std::numeric_limits<KeyId>::max();
+  return found->second.mark == store_.mark() ? found->second.key : std::numeric_limits<KeyId>::max();
 }
 
 Registry::Place Registry::Locate(HKEY key) {
   const KeyId id = IdOf(key);
-  if (IsRoot(id)) return {id, 0, true};
-  Query depth(database_, Statement::kKeyDepth);
-  if (!depth.With(id).Next()) throw Failure{kKeyDeleted};
-  return {id, static_cast<std::size_t>(depth.Number(0)), false};
+  SqlQuery depth(store_.sql(), "SELECT depth FROM keys WHERE id = ?", id);
+  if (!depth.Next()) throw Failure{kKeyDeleted};
+  return {id, depth.Number(0)};
 }
 
-void Registry::CheckIsThere(HKEY key) { static_cast<void>(Locate(key)); }
-
-void Registry::CheckPath(const Place& place, TextView path) {
+KeyId Registry::Find(const Place& place, TextView path) {
   if (path.starts_with(u'\\') && place.key != kClasses) throw Failure{kBadPath};
-  for (const TextView component : Components(path)) {
+  for (TextView rest = path, component; !(component = TakeComponent(&rest)).empty();) {
     if (component.size() > kMostKeyUnits) throw Failure{kBadParameter};
   }
-}
-
-KeyId Registry::Find(KeyId key, TextView path) {
-  for (const TextView component : Components(path)) {
-    Query child(database_, Statement::kChild);
-    if (!child.With(key).With(TextView(FoldName(component))).Next()) return 0;
-    key = child.Number(0);
+  KeyId key = place.key;
+  for (TextView component; key != 0 && !(component = TakeComponent(&path)).empty();) {
+    key = Child(store_.sql(), key, FoldName(component));
   }
   return key;
+}
+
+KeyId Registry::Make(Place place, TextView path, DWORD* disposition) {
+  std::size_t made = 0;
+  for (TextView component; !(component = TakeComponent(&path)).empty();) {
+    ++place.depth;
+    const Text folded = FoldName(component);
+    // Looked for again: another process may have been faster.
+    const KeyId child = made == 0 ? Child(store_.sql(), place.key, folded) : 0;
+    if (child != 0) {
+      place.key = child;
+      continue;
+    }
+    if (++made > kMostNewLevels || place.depth > kMostLevels) throw Failure{kBadParameter};
+    SqlQuery add(store_.sql(), "INSERT INTO keys (parent, folded, name, depth) VALUES (?, ?, ?, ?) RETURNING id",
+                 place.key, TextView(folded), component, place.depth);
+    if (!add.Next()) throw Failure{kReadWriteFailed};
+    place.key = add.Number(0);
+  }
+  *disposition = made == 0 ? kOpenedExisting : kCreatedNew;
+  return place.key;
 }
 
 HKEY Registry::NewHandle(KeyId key) {
@@ -97,75 +128,37 @@ HKEY Registry::NewHandle(KeyId key) {
   do {
     last_handle_ = last_handle_ >= std::numeric_limits<LONG>::max() - 4 ? 4 : last_handle_ + 4;
   } while (handles_.contains(last_handle_));
-  handles_[last_handle_] = {key, database_.number()};
+  handles_[last_handle_] = {key, store_.mark()};
   return MakeRootKey(last_handle_);
 }
 
 LONG Registry::CreateKey(HKEY key, TextView path, HKEY* opened, DWORD* disposition) {
   const Operation operation(*this);
-  KeyId found = 0;
-  if (database_.OpenToRead(place_.Directory())) {
-    Transaction reading(database_, /*writes=*/false);
-    const Place place = Locate(key);
-    CheckPath(place, path);
-    found = Find(place.key, path);
-    reading.Commit();
-  } else {
-    const KeyId id = IdOf(key);
-    if (!IsRoot(id)) throw Failure{kKeyDeleted};
-    CheckPath({id, 0, true}, path);
-  }
-  const DWORD kind = found != 0 ? kOpenedExisting : kCreatedNew;
-  DWORD made_kind = kind;
+  DWORD kind = kOpenedExisting;
+  store_.OpenToRead();
+  KeyId found = Find(Locate(key), path);
   if (found == 0) {
-    database_.OpenToWrite(place_.Directory());
-    Transaction change(database_, /*writes=*/true);
-    Place place = Locate(key);
-    std::size_t made = 0;
-    for (const TextView component : Components(path)) {
-      ++place.depth;
-      const Text folded = FoldName(component);
-      Query child(database_, Statement::kChild);
-      // Looked for again: another process may have been faster.
-      if (made == 0 && child.With(place.key).With(TextView(folded)).Next()) {
-        place.key = child.Number(0);
-        continue;
-      }
-      if (++made > kMostNewLevels || place.depth > kMostLevels) throw Failure{kBadParameter};
-      Query add(database_, Statement::kAddKey);
-      add.With(place.key).With(TextView(folded)).With(component).With(static_cast<std::int64_t>(place.depth));
-      if (!add.Next()) throw Failure{kReadWriteFailed};
-      place.key = add.Number(0);
-    }
+    store_.OpenToWrite();
+    SqlTransaction change(store_.sql(), /*writes=*/true);
+    found = Make(Locate(key), path, &kind);
     change.Commit();
-    if (made == 0) made_kind = kOpenedExisting;
-    found = place.key;
   }
-  if (disposition != nullptr) *disposition = made_kind;
+  if (disposition != nullptr) *disposition = kind;
   *opened = NewHandle(found);
   return kSuccess;
 }
 
 LONG Registry::OpenKey(HKEY key, TextView path, HKEY* opened) {
   const Operation operation(*this);
-  const bool has_store = database_.OpenToRead(place_.Directory());
+  store_.OpenToRead();
   const KeyId id = IdOf(key);
   if (path.empty() && IsRoot(id)) {
     *opened = MakeRootKey(kRootValues[id - 1]);
     return kSuccess;
   }
-  if (!has_store && !IsRoot(id)) return kKeyDeleted;
-  Place place{id, 0, IsRoot(id)};
-  KeyId found = 0;
-  if (has_store) {
-    Transaction reading(database_, /*writes=*/false);
-    place = Locate(key);
-    CheckPath(place, path);
-    found = Find(place.key, path);
-    reading.Commit();
-  } else {
-    CheckPath(place, path);
-  }
+  SqlTransaction reading(store_.sql(), /*writes=*/false);
+  const KeyId found = Find(Locate(key), path);
+  reading.Commit();
   if (found == 0) return kNotFound;
   *opened = NewHandle(found);
   return kSuccess;
@@ -181,15 +174,15 @@ LONG Registry::CloseKey(HKEY key) {
 LONG Registry::DeleteKey(HKEY key, TextView path) {
   const Operation operation(*this);
   static_cast<void>(IdOf(key));
-  database_.OpenToWrite(place_.Directory());
-  Transaction change(database_, /*writes=*/true);
-  const Place place = Locate(key);
-  CheckPath(place, path);
-  const KeyId found = Find(place.key, path);
+  store_.OpenToWrite();
+  SqlTransaction change(store_.sql(), /*writes=*/true);
+  const KeyId found = Find(Locate(key), path);
   if (found == 0) return kNotFound;
-  if (IsRoot(found) || Query(database_, Statement::kHasChild).With(found).Next()) return kAccessDenied;
-  Query(database_, Statement::kDeleteValues).With(found).Run();
-  Query(database_, Statement::kDeleteKey).With(found).Run();
+  if (IsRoot(found) || SqlQuery(store_.sql(), "SELECT 1 FROM keys WHERE parent = ? LIMIT 1", found).Next()) {
+    return kAccessDenied;
+  }
+  SqlQuery(store_.sql(), "DELETE FROM vals WHERE key = ?", found).Run();
+  SqlQuery(store_.sql(), "DELETE FROM keys WHERE id = ?", found).Run();
   change.Commit();
   return kSuccess;
 }
@@ -198,26 +191,26 @@ LONG Registry::SetValue(HKEY key, TextView name, DWORD type, std::string_view da
   const Operation operation(*this);
   if (name.size() > kMostNameUnits) return kBadParameter;
   static_cast<void>(IdOf(key));
-  database_.OpenToWrite(place_.Directory());
-  const KeyId id = IdOf(key);
+  store_.OpenToWrite();
   const Text folded = FoldName(name);
-  {
-    Query known(database_, Statement::kGetValue);
-    if (known.With(id).With(TextView(folded)).Next() && known.Number(0) == type && known.Bytes(1) == data) {
-      return kSuccess;
-    }
-  }
-  Query set(database_, Statement::kSetValue);
-  set.With(id).With(TextView(folded)).With(name).With(std::int64_t{type}).With(data).Run();
-  return database_.Changes() != 0 ? kSuccess : kKeyDeleted;
+  // A known name keeps its spelling.
+  SqlQuery(store_.sql(),
+           "INSERT INTO vals (key, folded, name, type, data) SELECT id, ?2, ?3, ?4, ?5 FROM keys WHERE id = ?1"
+           " ON CONFLICT (key, folded) DO UPDATE SET type = excluded.type, data = excluded.data"
+           " WHERE type IS NOT excluded.type OR data IS NOT excluded.data",
+           IdOf(key), TextView(folded), name, std::int64_t{type}, data)
+      .Run();
+  if (store_.sql().Changes() == 0) static_cast<void>(Locate(key));  // it was so already
+  return kSuccess;
 }
 
 LONG Registry::QueryValue(HKEY key, TextView name, FoundValue* value) {
   const Operation operation(*this);
-  if (!database_.OpenToRead(place_.Directory())) return IsRoot(IdOf(key)) ? kNotFound : kKeyDeleted;
-  Query found(database_, Statement::kGetValue);
-  if (!found.With(IdOf(key)).With(TextView(FoldName(name))).Next()) {
-    CheckIsThere(key);
+  store_.OpenToRead();
+  SqlQuery found(store_.sql(), "SELECT type, data FROM vals WHERE key = ? AND folded = ?", IdOf(key),
+                 TextView(FoldName(name)));
+  if (!found.Next()) {
+    static_cast<void>(Locate(key));
     return kNotFound;
   }
   value->type = static_cast<DWORD>(found.Number(0));
@@ -228,76 +221,47 @@ LONG Registry::QueryValue(HKEY key, TextView name, FoundValue* value) {
 LONG Registry::DeleteValue(HKEY key, TextView name) {
   const Operation operation(*this);
   static_cast<void>(IdOf(key));
-  database_.OpenToWrite(place_.Directory());
-  Query(database_, Statement::kDeleteValue).With(IdOf(key)).With(TextView(FoldName(name))).Run();
-  if (database_.Changes() != 0) return kSuccess;
-  CheckIsThere(key);
+  store_.OpenToWrite();
+  SqlQuery(store_.sql(), "DELETE FROM vals WHERE key = ? AND folded = ?", IdOf(key), TextView(FoldName(name))).Run();
+  if (store_.sql().Changes() != 0) return kSuccess;
+  static_cast<void>(Locate(key));
   return kNotFound;
 }
 
-bool Registry::Nth(HKEY key, bool values, DWORD index, FoundValue* item) {
-  if (!database_.OpenToRead(place_.Directory())) {
-    if (!IsRoot(IdOf(key))) throw Failure{kKeyDeleted};
-    return false;
-  }
-  const KeyId id = IdOf(key);
-  Enumeration now{key, values, index, database_.number(), 0, database_.TotalChanges(), {}};
-  Transaction reading(database_, /*writes=*/false);
+LONG Registry::Enumerate(HKEY key, bool values, DWORD index, FoundValue* item) {
+  constexpr const char* kWords[] = {
+      "SELECT folded, name FROM keys WHERE parent = ? AND folded >= ? ORDER BY folded LIMIT 1 OFFSET ?",
+      "SELECT folded, name, type, data FROM vals WHERE key = ? AND folded >= ? ORDER BY folded LIMIT 1 OFFSET ?",
+  };
+  const Operation operation(*this);
+  store_.OpenToRead();
+  Enumeration now{key, values, store_.mark(), 0, store_.sql().TotalChanges(), index + 1};
   {
-    Query version(database_, Statement::kDataVersion);
+    SqlQuery version(store_.sql(), "PRAGMA data_version");
     if (version.Next()) now.version = version.Number(0);
   }
-  const bool goes_on = last_.key == key && last_.values == values && index > 0 && last_.index == index - 1 &&
-                       last_.store == now.store && last_.version == now.version && last_.changes == now.changes;
-  const Statement next = values ? Statement::kNextValue : Statement::kNextKey;
-  const Statement nth = values ? Statement::kNthValue : Statement::kNthKey;
-  bool found = false;
-  {
-    Query at(database_, goes_on ? next : nth);
-    at.With(id);
-    found = (goes_on ? at.With(std::string_view(last_.folded)) : at.With(std::int64_t{index})).Next();
-    if (found) {
-      item->name = at.Name(0);
-      now.folded = at.Bytes(1);
-      if (values) {
-        item->type = static_cast<DWORD>(at.Number(2));
-        item->data = at.Bytes(3);
-      }
-    }
+  const bool goes_on = index > 0 && last_.next == index && last_.key == key && last_.values == values &&
+                       last_.mark == now.mark && last_.version == now.version && last_.changes == now.changes;
+  SqlQuery at(store_.sql(), kWords[values ? 1 : 0], IdOf(key), TextView(goes_on ? last_.folded : Text()),
+              std::int64_t{goes_on ? 1 : index});
+  if (!at.Next()) {
+    static_cast<void>(Locate(key));
+    return kNoMoreItems;
   }
-  if (!found) CheckIsThere(key);
-  reading.Commit();
-  if (found) last_ = std::move(now);
-  return found;
-}
-
-LONG Registry::EnumerateKey(HKEY key, DWORD index, Text* name) {
-  const Operation operation(*this);
-  FoundValue item;
-  if (!Nth(key, /*values=*/false, index, &item)) return kNoMoreItems;
-  *name = std::move(item.name);
+  now.folded = at.Words(0);
+  item->name = at.Words(1);
+  if (values) {
+    item->type = static_cast<DWORD>(at.Number(2));
+    item->data = at.Bytes(3);
+  }
+  last_ = std::move(now);
   return kSuccess;
 }
 
-LONG Registry::EnumerateValue(HKEY key, DWORD index, FoundValue* value) {
+Text Registry::Faults() {
   const Operation operation(*this);
-  return Nth(key, /*values=*/true, index, value) ? kSuccess : kNoMoreItems;
-}
-
-std::string Registry::Faults() {
-  const Operation operation(*this);
-  return database_.OpenToRead(place_.Directory()) ? database_.Faults() : std::string();
-}
-
-LONG GiveValue(const FoundValue& value, DWORD* type, BYTE* data, DWORD* bytes) noexcept {
-  if (type != nullptr) *type = value.type;
-  if (bytes == nullptr) return kSuccess;
-  const DWORD capacity = *bytes;
-  *bytes = static_cast<DWORD>(value.data.size());
-  if (data == nullptr) return kSuccess;
-  if (capacity < value.data.size()) return kMoreData;
-  if (!value.data.empty()) std::memcpy(data, value.data.data(), value.data.size());
-  return kSuccess;
+  store_.OpenToRead();
+  return store_.Faults();
 }
 
 }  // namespace Orvix::registry

@@ -5,8 +5,6 @@
 #define ORVIX_PLATFORM_REGISTRY_REGISTRY_H
 
 #include <mutex>
-#include <new>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -14,9 +12,7 @@
 #include "frame/runtime/never_destroyed.h"
 #include "orvix/runtime.h"
 #include "orvix/text.h"
-#include "platform/registry/database.h"
-#include "platform/registry/results.h"
-#include "platform/registry/store_place.h"
+#include "platform/registry/store.h"
 
 namespace Orvix::registry {
 
@@ -48,10 +44,9 @@ class Registry {
   [[nodiscard]] LONG QueryValue(HKEY key, TextView name, FoundValue* value);
   [[nodiscard]] LONG DeleteValue(HKEY key, TextView name);
   // In the order of the folded names, from 0; 259 past the end.
-  [[nodiscard]] LONG EnumerateKey(HKEY key, DWORD index, Text* name);
-  [[nodiscard]] LONG EnumerateValue(HKEY key, DWORD index, FoundValue* value);
+  [[nodiscard]] LONG Enumerate(HKEY key, bool values, DWORD index, FoundValue* item);
   // What is wrong with the store, a line each.
-  [[nodiscard]] std::string Faults();
+  [[nodiscard]] Text Faults();
 
  private:
   friend class NeverDestroyed<Registry>;
@@ -59,23 +54,22 @@ class Registry {
 
   struct Handle {
     KeyId key = 0;
-    std::uint64_t store = 0;  // the number of the database that `key` is in
+    std::int64_t mark = 0;  // of the store that `key` is in
   };
   struct Place {
     KeyId key = 0;
-    std::size_t depth = 0;
-    bool is_root = false;
+    std::int64_t depth = 0;
   };
   // Where the last item of an enumeration stood, so that the next one is found
   // without passing over all before it.
   struct Enumeration {
     HKEY key = nullptr;
     bool values = false;
-    DWORD index = 0;
-    std::uint64_t store = 0;
-    std::int64_t version = 0;  // of the database, changed by others
-    std::int64_t changes = 0;  // by this process
-    std::string folded;
+    std::int64_t mark = 0;     // of the store,
+    std::int64_t version = 0;  // changed by others,
+    std::int64_t changes = 0;  // and by this process
+    DWORD next = 0;
+    Text folded{};
   };
 
   Registry();
@@ -83,42 +77,17 @@ class Registry {
   [[nodiscard]] KeyId IdOf(HKEY key) const;
   // The key behind a handle, in the open store; 1018 when it was deleted.
   [[nodiscard]] Place Locate(HKEY key);
-  void CheckIsThere(HKEY key);
-  [[nodiscard]] static bool AllowsLeadingSeparator(const Place& place);
-  // 161 and 87 for a path that no key can have.
-  static void CheckPath(const Place& place, TextView path);
-  // 0 when it is missing.
-  [[nodiscard]] KeyId Find(KeyId key, TextView path);
-  [[nodiscard]] bool Nth(HKEY key, bool values, DWORD index, FoundValue* item);
+  // The key at `path`, 0 when it is missing; 161 and 87 for a path that no key can have.
+  [[nodiscard]] KeyId Find(const Place& place, TextView path);
+  [[nodiscard]] KeyId Make(Place place, TextView path, DWORD* disposition);
   [[nodiscard]] HKEY NewHandle(KeyId key);
 
   std::mutex mutex_;
-  StorePlace place_;
-  Database database_;
+  Store store_;
   std::unordered_map<LONG, Handle> handles_;
   LONG last_handle_ = 0;
   Enumeration last_;
 };
-
-// Gives type, length and data to a caller's variables, any of which may be null.
-// 234 when the buffer of `*bytes` is too small: `*bytes` becomes the length needed
-// and the buffer stays as it is.
-[[nodiscard]] LONG GiveValue(const FoundValue& value, DWORD* type, BYTE* data, DWORD* bytes) noexcept;
-
-// What a C function does, with the result code for running out of memory in
-// place of the exception.
-template <class Body>
-LONG Guarded(Body body) noexcept {
-  try {
-    return body();
-  } catch (const Failure& failure) {
-    return failure.code;
-  } catch (const std::bad_alloc&) {
-    return kOutOfMemory;
-  } catch (const std::length_error&) {
-    return kOutOfMemory;
-  }
-}
 
 }  // namespace Orvix::registry
 

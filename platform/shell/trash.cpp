@@ -1,17 +1,14 @@
 // The information file comes first and claims the name; only then the item moves.
 #include "platform/shell/trash.h"
 
-#include <pwd.h>
-
 #include <climits>
-#include <cstdlib>
 #include <ctime>
-#include <vector>
 
 #include "platform/shell/collision.h"
 #include "platform/shell/move_tree.h"
 #include "platform/shell/remove_tree.h"
 #include "platform/shell/staged.h"
+#include "platform/system/user_data.h"
 
 namespace Orvix::Shell {
 
@@ -33,31 +30,15 @@ int MakeAndOpen(int parent, const char* name, Descriptor& made) {
   return made.ok() ? 0 : errno;
 }
 
-// The user's data directory, made when it is missing.
-std::string DataHome() {
-  const char* const named = secure_getenv("XDG_DATA_HOME");
-  if (named != nullptr && named[0] == '/') return named;  // relative ones are to be ignored
-  const char* home = secure_getenv("HOME");
-  if (home != nullptr && home[0] == '/') return std::string(home) + "/.local/share";
-  passwd entry{};
-  passwd* found = nullptr;
-  std::vector<char> texts(16 * 1024);
-  if (getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found) != 0 || found == nullptr) {
-    throw ShellError{kPathMissing};
-  }
-  return std::string(found->pw_dir) + "/.local/share";
-}
-
-void MakeDirectories(const std::string& path) {
-  for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
-    if (mkdir(path.substr(0, end).c_str(), 0700) != 0 && errno != EEXIST && errno != EISDIR) Fail(errno, Side::kTarget);
-    if (end == std::string::npos) return;
-  }
+std::string HomeTrash() {
+  const std::string data = UserDataDirectory();
+  if (data.empty()) throw ShellError{kPathMissing};
+  return data + "/Trash";
 }
 
 // The device that the home trash is on, or would be made on.
 dev_t HomeDevice() {
-  std::string path = DataHome() + "/Trash";
+  std::string path = HomeTrash();
   struct stat facts;
   while (stat(path.c_str(), &facts) != 0) {
     if ((errno != ENOENT && errno != ENOTDIR) || path == "/") Fail(errno, Side::kTarget);
@@ -129,8 +110,8 @@ bool OpenOwn(int parent, const std::string& name, TrashCan& can) {
 
 TrashCan& Trash::HomeCan() {
   if (home_.has_value()) return *home_;
-  const std::string path = DataHome() + "/Trash";
-  MakeDirectories(path);
+  const std::string path = HomeTrash();
+  if (const int error = MakeUserDirectory(path); error != 0) Fail(error, Side::kTarget);
   TrashCan can;
   can.trash = ReachDirectory(path, Side::kTarget);
   if (const int error = OpenParts(can); error != 0) Fail(error, Side::kTarget);
