@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "../shared/names.h"
 #include "../shared/program.h"
@@ -43,9 +42,7 @@ int ReportOutcome(const backup::Outcome& outcome, std::size_t chosen, std::size_
   return StatusOf(printed, chosen - outcome.copied + left_out);
 }
 
-int Run(const std::vector<std::string>& words) {
-  const backup::Options options = backup::ParseOptions(words);
-  if (options.help) return examples::Print("backup", std::string(backup::kHelp));
+int Run(const backup::Options& options) {
   backup::CatchInterrupts();
   CoInitialize(nullptr);
   examples::Stages stages;
@@ -74,4 +71,9 @@ int Run(const std::vector<std::string>& words) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return examples::RunMain("backup", argc, argv, Run); }
+int main(int argc, char** argv) {
+  CLI::App app("Copies the files of a directory into a folder named after today's date.", "backup");
+  backup::Options options;
+  backup::AddOptions(app, options);
+  return examples::RunMain(app, argc, argv, [&] { return Run(options); });
+}

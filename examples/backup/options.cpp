@@ -1,47 +1,26 @@
-// Reading the command line.
 #include "options.h"
 
 #include "../shared/command_line.h"
 
 namespace backup {
 
-using examples::CommandLine;
-using examples::UsageError;
+void AddOptions(CLI::App& app, Options& options) {
+  app.add_option("SOURCE", options.source)->required()->check(examples::Named("the source"));
+  app.add_option("DESTINATION", options.destination)->required()->check(examples::Named("the destination"));
+  app.add_option("--mask", options.mask, "only names that match, such as *.txt; any case")->check(examples::Mask());
+  app.add_option("--from", options.from, "changed at or after it, such as 2002-11-01 or \"2002-11-01 10:00\"")
+      ->type_name("DATE");
+  app.add_option("--to", options.to, "changed at or before it; a date alone means its midnight")->type_name("DATE");
+  app.add_flag("--subdirectories", options.subdirectories,
+               "the files below SOURCE too; links to directories are not followed");
+  app.add_flag("--hidden", options.hidden, "hidden files too (names that start with a point)");
+  app.add_flag("--dry-run", options.dry_run, "only show what would be copied");
+  app.footer(R"help(The copies go to DESTINATION/YYYY-MM-DD. When that is there already, a second run
+makes "YYYY-MM-DD (2)" and so on: nothing is ever overwritten. A file whose name
+differs only in case from one that is there may get a number. Ctrl-C stops between
+files or within one; what is copied by then is whole.
 
-Options ParseOptions(const std::vector<std::string>& words) {
-  Options options;
-  std::vector<std::string> names;
-  for (CommandLine line(words); line.Next();) {
-    if (line.IsName()) {
-      names.push_back(line.Word());
-    } else if (line.Is("--help") || line.Is("-h")) {
-      options.help = true;
-      return options;
-    } else if (line.Takes("--mask")) {
-      options.mask = line.Value();
-    } else if (line.Takes("--from")) {
-      options.from = line.Value();
-    } else if (line.Takes("--to")) {
-      options.to = line.Value();
-    } else if (line.Is("--subdirectories")) {
-      options.subdirectories = true;
-    } else if (line.Is("--hidden")) {
-      options.hidden = true;
-    } else if (line.Is("--dry-run")) {
-      options.dry_run = true;
-    } else {
-      line.Refuse();
-    }
-  }
-  if (names.empty()) throw UsageError("the source and the destination are missing.");
-  if (names.size() == 1) throw UsageError("the destination is missing.");
-  if (names.size() > 2) throw UsageError("\"" + names[2] + "\" is one name too many.");
-  options.source = names[0];
-  options.destination = names[1];
-  if (options.source.empty()) throw UsageError("the source's name is empty.");
-  if (options.destination.empty()) throw UsageError("the destination's name is empty.");
-  examples::RequireMask(options.mask);
-  return options;
+Exit status: 0 done, 1 something was not copied, 2 wrong command line.)help");
 }
 
 }  // namespace backup

@@ -36,9 +36,7 @@ void Store(const std::vector<std::string>& lines, const std::string& summary, co
                Count(lossy, "row has", "rows have").c_str(), file.c_str());
 }
 
-int Run(const std::vector<std::string>& words) {
-  const catalogue::Options options = catalogue::ParseOptions(words);
-  if (options.help) return examples::Print("catalogue", std::string(catalogue::kHelp));
+int Run(const catalogue::Options& options) {
   CoInitialize(nullptr);
   examples::Stages stages;
   const auto progress = [&](const std::string& stage) { stages.Show(stage); };
@@ -61,4 +59,9 @@ int Run(const std::vector<std::string>& words) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return examples::RunMain("catalogue", argc, argv, Run); }
+int main(int argc, char** argv) {
+  CLI::App app("Lists a directory as a table of names, extensions, sizes and dates.", "catalogue");
+  catalogue::Options options;
+  catalogue::AddOptions(app, options);
+  return examples::RunMain(app, argc, argv, [&] { return Run(options); });
+}

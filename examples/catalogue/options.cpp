@@ -1,67 +1,41 @@
-// Reading the command line.
 #include "options.h"
 
 #include "../shared/command_line.h"
 
 namespace catalogue {
 
-using examples::CommandLine;
-using examples::UsageError;
-
 namespace {
 
-Order OrderOf(const std::string& word) {
-  if (word == "name") return Order::kName;
-  if (word == "date") return Order::kDate;
-  throw UsageError("--sort takes name or date, not \"" + word + "\".");
+std::string WrongOutput(const std::string& file) {
+  return file.empty() || file.ends_with('/') ? "takes the name of a file, not \"" + file + "\"" : std::string();
 }
 
 }  // namespace
 
-Options ParseOptions(const std::vector<std::string>& words) {
-  Options options;
-  bool masked = false;
-  bool stored = false;
-  std::vector<std::string> names;
-  for (CommandLine line(words); line.Next();) {
-    if (line.IsName()) {
-      names.push_back(line.Word());
-    } else if (line.Is("--help") || line.Is("-h")) {
-      options.help = true;
-      return options;
-    } else if (line.Takes("--mask")) {
-      options.mask = line.Value();
-      masked = true;
-    } else if (line.Takes("--from")) {
-      options.from = line.Value();
-    } else if (line.Takes("--to")) {
-      options.to = line.Value();
-    } else if (line.Takes("--output")) {
-      options.output = line.Value();
-      stored = true;
-    } else if (line.Takes("--sort")) {
-      options.order = OrderOf(line.Value());
-    } else if (line.Is("--descending")) {
-      options.descending = true;
-    } else if (line.Is("--directories")) {
-      options.directories = true;
-    } else if (line.Is("--hidden")) {
-      options.hidden = true;
-    } else {
-      line.Refuse();
-    }
-  }
-  if (names.empty()) throw UsageError("a directory is missing.");
-  if (names.size() > 1) throw UsageError("\"" + names[1] + "\" is one directory too many.");
-  options.directory = names.front();
-  if (options.directory.empty()) throw UsageError("the directory's name is empty.");
-  if (masked && options.directories) throw UsageError("--mask chooses files: leave it out with --directories.");
-  examples::RequireMask(options.mask);
-  if (stored && (options.output.empty() || options.output.ends_with('/'))) {
-    throw UsageError("--output takes the name of a file, not \"" + options.output + "\".");
-  }
-  if (options.descending && options.order == Order::kAsListed) options.order = Order::kName;
-  return options;
+void AddOptions(CLI::App& app, Options& options) {
+  app.add_option("DIRECTORY", options.directory)->required()->check(examples::Named("the directory"));
+  CLI::Option* const mask = app.add_option("--mask", options.mask, "only names that match, such as *.txt; any case");
+  mask->check(examples::Mask());
+  app.add_option("--from", options.from, "changed at or after it, such as 2002-11-01 or \"2002-11-01 10:00\"")
+      ->type_name("DATE");
+  app.add_option("--to", options.to, "changed at or before it; a date alone means its midnight")->type_name("DATE");
+  app.add_option_function<std::string>(
+         "--sort",
+         [&options](const std::string& word) { options.order = word == "date" ? Order::kDate : Order::kName; },
+         "by name, capitals before small letters, or by date")
+      ->check(CLI::IsMember({"name", "date"}));
+  app.add_flag("--descending", options.descending, "the other way round; by name unless --sort says otherwise");
+  app.add_flag("--directories", options.directories, "the subdirectories in place of the files")->excludes(mask);
+  app.add_flag("--hidden", options.hidden, "hidden entries too (names that start with a point)");
+  app.add_option("--output", options.output,
+                 "the table to a file, which it replaces; missing directories are made; characters outside "
+                 "Windows-1252 become \"?\"")
+      ->type_name("FILE")
+      ->check(WrongOutput);
+  app.footer("Exit status: 0 done, 1 the directory cannot be listed or the table not written,\n2 wrong command line.");
+  app.final_callback([&options] {
+    if (options.descending && options.order == Order::kAsListed) options.order = Order::kName;
+  });
 }
 
 }  // namespace catalogue

@@ -12,7 +12,6 @@
 #include <exception>
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "command_line.h"
 
@@ -64,17 +63,25 @@ inline int Print(const std::string& program, const std::string& text) {
   return kFailed;
 }
 
-// Runs `body` on the words of the command line; what it throws becomes a line on
+// Runs `body` behind the options that `app` has; what it throws becomes a line on
 // standard error and an exit status. Errors of the component come with number,
 // source and description.
-inline int RunMain(const std::string& program, int argc, char** argv,
-                   const std::function<int(const std::vector<std::string>& words)>& body) {
+inline int RunMain(CLI::App& app, int argc, char** argv, const std::function<int()>& body) {
   std::signal(SIGPIPE, SIG_IGN);
-  try {
-    return body(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));
-  } catch (const UsageError& error) {
-    std::fprintf(stderr, "%s: %s \"%s --help\" shows what to type.\n", program.c_str(), error.what(), program.c_str());
+  const std::string program = app.get_name();
+  const auto wrong = [&](const char* what) {
+    std::fprintf(stderr, "%s: %s \"%s --help\" shows what to type.\n", program.c_str(), what, program.c_str());
     return kUsage;
+  };
+  try {
+    app.parse(argc, argv);
+    return body();
+  } catch (const CLI::CallForHelp&) {
+    return Print(program, app.help());
+  } catch (const CLI::Error& error) {
+    return wrong((std::string(error.what()) + ".").c_str());
+  } catch (const UsageError& error) {
+    return wrong(error.what());
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s: %s\n", program.c_str(), error.what());
     return kFailed;

@@ -266,7 +266,7 @@ TEST_F(BackupTest, DestinationThatIsAFileIsAFailure) {
 
 TEST_F(BackupTest, MistakesExitWithTwo) {
   const std::vector<std::vector<std::string>> mistakes = {
-      {"third"}, {"--nonsense"}, {"--mask"}, {"--mask", ""}, {"--mask", "a/b"}, {"--from", "soon"}, {"--dry-run=yes"}};
+      {"third"}, {"--nonsense"}, {"--mask"}, {"--mask", ""}, {"--mask", "a/b"}, {"--from", "soon"}, {"--dry-run=perhaps"}};
   for (const auto& options : mistakes) {
     const ProgramResult result = Run(options);
     EXPECT_EQ(result.status, 2) << options.front() << "\n" << result;
@@ -274,14 +274,14 @@ TEST_F(BackupTest, MistakesExitWithTwo) {
   }
   EXPECT_EQ(RunProgram("backup", {}).status, 2);
   EXPECT_EQ(RunProgram("backup", {"one"}).err,
-            "backup: the destination is missing. \"backup --help\" shows what to type.\n");
+            "backup: DESTINATION is required. \"backup --help\" shows what to type.\n");
   EXPECT_EQ(RunProgram("backup", {"one", ""}).status, 2);
 }
 
 TEST_F(BackupTest, HelpAndClosedPipe) {
   const ProgramResult help = RunProgram("backup", {"--help"});
   EXPECT_EQ(help.status, 0);
-  EXPECT_NE(help.out.find("Usage: backup SOURCE DESTINATION"), std::string::npos);
+  EXPECT_NE(help.out.find("Usage: backup [OPTIONS] SOURCE DESTINATION"), std::string::npos);
   Put("a.txt");
   const ProgramResult unread = RunWithoutReader("backup", {source_.Path().string(), target_.Path().string()});
   EXPECT_EQ(unread.status, 0);

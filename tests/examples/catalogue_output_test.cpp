@@ -102,7 +102,7 @@ TEST_F(CatalogueOutputTest, NamesOfNoFileExitWithTwo) {
   for (const char* name : {"", "new/"}) {
     const ProgramResult result = Store(name);
     EXPECT_EQ(result.status, 2) << name;
-    EXPECT_EQ(result.err, "catalogue: --output takes the name of a file, not \"" + std::string(name) +
+    EXPECT_EQ(result.err, "catalogue: --output: takes the name of a file, not \"" + std::string(name) +
                               "\". \"catalogue --help\" shows what to type.\n");
   }
 }

@@ -132,7 +132,7 @@ TEST_F(CatalogueTest, MistakesExitWithTwo) {
 TEST_F(CatalogueTest, HelpAndClosedPipe) {
   const ProgramResult help = RunProgram("catalogue", {"--help"});
   EXPECT_EQ(help.status, 0);
-  EXPECT_NE(help.out.find("Usage: catalogue DIRECTORY"), std::string::npos);
+  EXPECT_NE(help.out.find("Usage: catalogue [OPTIONS] DIRECTORY"), std::string::npos);
   PutThree();
   const ProgramResult unread = RunWithoutReader("catalogue", {scratch_.Path().string()});
   EXPECT_EQ(unread.status, 0);

@@ -1,7 +1,7 @@
 // Reading arrays.
 #include "array_text.h"
 
-#include "orvix/text.h"
+#include "quoted.h"
 
 namespace Orvix::ctl {
 
@@ -43,9 +43,12 @@ class Reader {
   }
 
   bool Item(ArrayItem& item) {
-    if (Take('"')) {
+    if (std::string_view rest = text_.substr(at_); rest.starts_with('"')) {
+      const auto text = TakeQuoted(&rest);
+      at_ = text_.size() - rest.size();
       item.quoted = true;
-      return QuotedText(item.text);
+      if (text) item.text = ToUtf8(*text);
+      return text.has_value();
     }
     const std::size_t start = at_;
     if (at_ < text_.size() && text_[at_] == '[') {
@@ -80,79 +83,6 @@ class Reader {
       }
     }
     return false;
-  }
-
-  bool QuotedText(std::string& text) {
-    while (at_ < text_.size()) {
-      const char c = text_[at_++];
-      if (c == '"') return true;
-      if (c != '\\') {
-        text += c;
-        continue;
-      }
-      if (at_ == text_.size() || !Escape(text)) return false;
-    }
-    return false;
-  }
-
-  bool Escape(std::string& text) {
-    const char c = text_[at_++];
-    switch (c) {
-      case 'n':
-        text += '\n';
-        return true;
-      case 'r':
-        text += '\r';
-        return true;
-      case 't':
-        text += '\t';
-        return true;
-      case 'b':
-        text += '\b';
-        return true;
-      case 'f':
-        text += '\f';
-        return true;
-      case 'u':
-        return Units(text);
-      case '"':
-      case '\\':
-      case '/':
-        text += c;
-        return true;
-      default:
-        return false;
-    }
-  }
-
-  // One code unit, or two when a surrogate pair is written as two escapes.
-  bool Units(std::string& text) {
-    Text units;
-    if (!Unit(units)) return false;
-    if (units[0] >= 0xD800 && units[0] <= 0xDBFF && text_.substr(at_).starts_with("\\u")) {
-      at_ += 2;
-      if (!Unit(units)) return false;
-    }
-    text += ToUtf8(units);
-    return true;
-  }
-  bool Unit(Text& units) {
-    if (text_.size() - at_ < 4) return false;
-    unsigned value = 0;
-    for (int i = 0; i < 4; ++i) {
-      const char c = text_[at_++];
-      unsigned digit = 0;
-      if (c >= '0' && c <= '9') {
-        digit = static_cast<unsigned>(c - '0');
-      } else if ((c | 0x20) >= 'a' && (c | 0x20) <= 'f') {
-        digit = static_cast<unsigned>((c | 0x20) - 'a') + 10;
-      } else {
-        return false;
-      }
-      value = value << 4 | digit;
-    }
-    units += static_cast<char16_t>(value);
-    return true;
   }
 
   std::string_view text_;

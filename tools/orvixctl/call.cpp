@@ -44,7 +44,7 @@ VARIANT ByReference(const Type& type, Value& variable) {
 }
 
 bool SameShown(const Value& left, const Value& right) {
-  return left.Type() == right.Type() && JsonValue(left, nullptr) == JsonValue(right, nullptr);
+  return left.Type() == right.Type() && JsonOf(left, nullptr) == JsonOf(right, nullptr);
 }
 
 // What to type for a member: "classOrvix.GetElement sList lIndex sSeparator".
@@ -207,17 +207,11 @@ void Show(const Session& session, const Outcome& outcome) {
   out.Flush();
 }
 
-std::string Json(const Step& step, const Outcome& outcome, const Library& library) {
-  std::string json = "{\"member\":" + JsonText(step.member);
-  if (outcome.has_result) json += ",\"result\":" + JsonValue(outcome.result, &library);
-  if (!outcome.outputs.empty()) {
-    json += ",\"outputs\":{";
-    for (const Output& output : outcome.outputs) {
-      json += (json.ends_with('{') ? "" : ",") + JsonText(output.name) + ":" + JsonValue(output.value, &library);
-    }
-    json += "}";
-  }
-  return json + "}";
+Json JsonStep(const Step& step, const Outcome& outcome, const Library& library) {
+  Json json{{"member", step.member}};
+  if (outcome.has_result) json["result"] = JsonOf(outcome.result, &library);
+  for (const Output& output : outcome.outputs) json["outputs"][output.name] = JsonOf(output.value, &library);
+  return json;
 }
 
 }  // namespace
@@ -227,8 +221,8 @@ int Call(const Session& session, const std::vector<std::string>& words) {
   const Class* its = &RequireClass(session.library, line.class_name);
   Pointer<IDispatch> object = session.component.Create<IDispatch>(its->clsid);
   Pointer<IDispatch> last;
-  std::string json;
-  std::string failure;
+  Json calls = Json::array();
+  int status = kExitDone;
   for (const Step& step : line.steps) {
     if (step.on_result) {
       const Class* next = last ? ClassOfObject(last, session.library) : nullptr;
@@ -244,13 +238,17 @@ int Call(const Session& session, const std::vector<std::string>& words) {
                  ? Pointer<IDispatch>::Share(outcome.result.get().pdispVal)
                  : nullptr;
       if (session.json) {
-        json += (json.empty() ? "" : ",") + Json(step, outcome, session.library);
+        calls.push_back(JsonStep(step, outcome, session.library));
       } else {
         Show(session, outcome);
       }
     } catch (const Error& error) {
-      failure = "{\"member\":" + JsonText(step.member) + ",\"error\":{\"number\":" + std::to_string(error.Number()) +
-                ",\"source\":" + JsonText(error.Source()) + ",\"description\":" + JsonText(error.Description()) + "}}";
+      status = kExitFailed;
+      calls.push_back({{"member", step.member},
+                       {"error",
+                        {{"number", error.Number()},
+                         {"source", JsonOf(error.Source())},
+                         {"description", JsonOf(error.Description())}}}});
       session.console.Flush();
       Console::Complain(its->name + "." + step.member + " failed: error " + std::to_string(error.Number()) + " from " +
                         (error.Source().empty() ? "the platform" : ToUtf8(error.Source())) + ": " +
@@ -259,11 +257,10 @@ int Call(const Session& session, const std::vector<std::string>& words) {
     }
   }
   if (session.json) {
-    if (!failure.empty()) json += (json.empty() ? "" : ",") + failure;
-    session.console << "{\"class\":" << JsonText(RequireClass(session.library, line.class_name).name) << ",\"calls\":["
-                    << json << "]}\n";
+    const Json document{{"class", RequireClass(session.library, line.class_name).name}, {"calls", calls}};
+    session.console << Print(document) << "\n";
   }
-  return failure.empty() ? kExitDone : kExitFailed;
+  return status;
 }
 
 }  // namespace Orvix::ctl

@@ -3,6 +3,7 @@
 #ifndef ORVIX_TOOLS_ORVIXCTL_COMMANDS_H
 #define ORVIX_TOOLS_ORVIXCTL_COMMANDS_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,15 +20,35 @@ struct Session {
   bool json = false;  // output for programs
 };
 
-// UsageError for names that the library does not have.
-void List(const Session& session);
-void Describe(const Session& session, const std::string& target);
-void PrintIdl(const Session& session);
+// They give an exit status. UsageError for names that the library does not have.
+int List(const Session& session);
+int Describe(const Session& session, const std::string& target);
+int PrintIdl(const Session& session);
 // kExitFailed when a step of the call failed; its error has been told.
 int Call(const Session& session, const std::vector<std::string>& words);
 
 // The class, or UsageError with the nearest name.
 [[nodiscard]] const Class& RequireClass(const Library& library, const std::string& name);
+
+// What a registry command is told.
+struct RegistryRequest {
+  std::string key;                     // from its root on
+  std::string name;                    // of a value, empty for the default one
+  std::string value;                   // typed, or a text
+  std::optional<std::string> deleted;  // the value to delete; else the key
+  std::string file;
+  bool recursive = false;
+};
+// UsageError for a key without a root and a value that cannot be read, CommandError
+// for what the registry refuses. Export and check go on behind what is damaged, and
+// give kExitFailed then.
+int ListRegistry(Console& console, const RegistryRequest& request);
+int GetRegistryValue(Console& console, const RegistryRequest& request);
+int SetRegistryValue(Console& console, const RegistryRequest& request);
+int DeleteFromRegistry(Console& console, const RegistryRequest& request);
+int ExportRegistry(Console& console, const RegistryRequest& request);
+int ImportRegistry(Console& console, const RegistryRequest& request);
+int CheckRegistry(Console& console, const RegistryRequest& request);
 
 }  // namespace Orvix::ctl
 

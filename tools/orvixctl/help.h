@@ -1,63 +1,23 @@
-// What each command does and what to type.
+// What each command does and how its arguments are typed, behind its options.
 #ifndef ORVIX_TOOLS_ORVIXCTL_HELP_H
 #define ORVIX_TOOLS_ORVIXCTL_HELP_H
 
-#include <string_view>
-
 namespace Orvix::ctl {
 
-inline constexpr std::string_view kHelp =
-    R"(orvixctl shows Orvix's classes and calls their members.
+inline constexpr char kAppHelp[] = "Exit status: 0 done, 1 the call or the command failed, 2 wrong command line.";
 
-Usage: orvixctl [--library FILE] COMMAND [OPTION...] [ARGUMENT...]
-
-Commands:
-  list                   the classes, enumerations and records
-  describe NAME          a class, a member (classString.Mid), an enumeration or a record
-  call CLASS.MEMBER ...  calls a member of a new object
-  idl                    the interfaces as IDL text
-  register               writes the classes into the registry
-  unregister             takes them out again
-  help [COMMAND]         this text, or a command's
-
-Options:
-  --library FILE         the component to use; else the liborvix.so that belongs to
-                         this program
-  --help                 this text, or the command's when it stands behind one
-  --version              the version of the type library
-
-Exit status: 0 done, 1 the call or the command failed, 2 wrong command line.
-)";
-
-inline constexpr std::string_view kListHelp =
-    R"(Usage: orvixctl list [--json]
-
-Shows the classes with the number of their methods and properties, the
-enumerations and the records.
-
-  --json   one JSON document, with constants and fields
-)";
-
-inline constexpr std::string_view kDescribeHelp =
-    R"(Usage: orvixctl describe [--json] NAME
-
-NAME is a class, a member, an enumeration or a record; case does not matter.
-A member is shown with its signature, parameters, defaults, help string, slot
-(1 is the first after IDispatch's) and dispatch identifier. In a signature, what
-may be left out stands in brackets and "*" means by reference.
-
-  --json   one JSON document
+inline constexpr char kDescribeHelp[] =
+    R"(Case does not matter. A member is shown with its signature, parameters, defaults,
+help string, slot (1 is the first after IDispatch's) and dispatch identifier. In a
+signature, what may be left out stands in brackets and "*" means by reference.
 
 Examples:
   orvixctl describe classString
   orvixctl describe classOrvix.GetElement
-  orvixctl describe enumRegistryConsts
-)";
+  orvixctl describe enumRegistryConsts)";
 
-inline constexpr std::string_view kCallHelp =
-    R"(Usage: orvixctl call [--json] CLASS.MEMBER[=VALUE] [ARGUMENT...] [STEP...]
-
-Makes an object of the class, calls the member and prints its result. Options
+inline constexpr char kCallHelp[] =
+    R"(Makes an object of the class, calls the member and prints its result. Options
 stand before CLASS.MEMBER; everything behind it belongs to the call.
 
 Steps go on with the same object:
@@ -85,36 +45,35 @@ A backslash in front of _, @ or a point that would start a step makes it text.
 By-reference arguments that the call changed are printed as NAME = VALUE. What
 the component would show in a message box goes to standard error.
 
-  --json   one JSON document with every result, output and error
-
 Examples:
   orvixctl call classOrvix.GetElement a,b,c 2 ,
   orvixctl call classOrvix.Max '[3, 7.5, 1]'
   orvixctl call classOrvix.SuperRTrim 'text   ' @
   orvixctl call classFilename.CompleteFilename='C:\a.txt' .Extension .Path
-  orvixctl call classString.Value=Hello .Mid=XY 2 2 .Value .Left 3 ..UCase
-)";
+  orvixctl call classString.Value=Hello .Mid=XY 2 2 .Value .Left 3 ..UCase)";
 
-inline constexpr std::string_view kIdlHelp =
-    R"(Usage: orvixctl idl
+inline constexpr char kRegisterHelp[] =
+    R"(Writes the classes, program identifiers and the type library into the registry,
+so that CoCreateInstance finds them.)";
 
-Prints the library, its enumerations, record, interfaces and classes as IDL text,
-members in slot order.
-)";
+inline constexpr char kRegistryHelp[] =
+    R"(The registry is kept in the directory that ORVIX_REGISTRY names, else in
+orvix/registry under the user's data directory. A KEY begins with a root:
+HKEY_CLASSES_ROOT (or HKCR), HKEY_CURRENT_USER (HKCU), HKEY_LOCAL_MACHINE (HKLM) or
+HKEY_USERS (HKU). The value named "" is the key's default.
 
-inline constexpr std::string_view kRegisterHelp =
-    R"(Usage: orvixctl register
+Values are written and read as
+  "text"          a text, with \n, \r, \t, \", \\ and \u1234
+  expand:"text"   a text with names of variables
+  dword:42        a number of 32 bits
+  hex:01 02       bytes
+  hex(7):01 02    the bytes of a value of any type
 
-Writes the classes, program identifiers and the type library into the registry,
-so that CoCreateInstance finds them. The registry is the file or directory that
-ORVIX_REGISTRY names, else orvix/registry under the user's data directory.
-)";
-
-inline constexpr std::string_view kUnregisterHelp =
-    R"(Usage: orvixctl unregister
-
-Takes out of the registry what register wrote.
-)";
+Examples:
+  orvixctl registry set HKCU\Software\Demo Name '"a text"'
+  orvixctl registry list HKCU\Software --recursive
+  orvixctl registry export HKCU\Software\Demo demo.txt
+  orvixctl registry import demo.txt)";
 
 }  // namespace Orvix::ctl
 

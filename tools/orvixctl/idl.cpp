@@ -108,7 +108,7 @@ std::string RecordText(const Record& described) {
 
 }  // namespace
 
-void PrintIdl(const Session& session) {
+int PrintIdl(const Session& session) {
   Console& out = session.console;
   const Library& library = session.library;
   out << "// " << library.name << " " << std::to_string(library.major) << "." << std::to_string(library.minor)
@@ -123,6 +123,7 @@ void PrintIdl(const Session& session) {
   for (const Class& its : library.classes) out << InterfaceText(its);
   for (const Class& its : library.classes) out << ClassText(its);
   out << "}\n";
+  return kExitDone;
 }
 
 }  // namespace Orvix::ctl

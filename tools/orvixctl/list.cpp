@@ -36,59 +36,56 @@ std::string FlagWords(const Class& described) {
   return words;
 }
 
-std::string JsonParameter(const Parameter& parameter) {
-  std::string text = "{\"name\":" + JsonText(parameter.name) + ",\"type\":" + JsonText(TypeText(parameter.type)) +
-                     ",\"byReference\":" + (parameter.type.by_reference ? "true" : "false") +
-                     ",\"written\":" + (parameter.IsWritten() ? "true" : "false") +
-                     ",\"optional\":" + (parameter.IsOptional() ? "true" : "false");
-  if (parameter.HasDefault()) text += ",\"default\":" + JsonValue(parameter.default_value, nullptr);
-  return text + "}";
+Json JsonParameter(const Parameter& parameter) {
+  Json json{{"name", parameter.name},
+            {"type", TypeText(parameter.type)},
+            {"byReference", parameter.type.by_reference},
+            {"written", parameter.IsWritten()},
+            {"optional", parameter.IsOptional()}};
+  if (parameter.HasDefault()) json["default"] = JsonOf(parameter.default_value, nullptr);
+  return json;
 }
 
-std::string JsonMember(const Member& member) {
-  std::string text = "{\"name\":" + JsonText(member.name) + ",\"kind\":" + JsonText(KindText(member.kind)) +
-                     ",\"slot\":" + std::to_string(member.slot) + ",\"id\":" + std::to_string(member.id) +
-                     ",\"help\":" + JsonText(member.help) + ",\"parameters\":[";
-  for (std::size_t i = 0; i < member.parameters.size(); ++i) {
-    text += (i > 0 ? "," : "") + JsonParameter(member.parameters[i]);
-  }
-  return text + "],\"result\":" + (member.result.vt == VT_VOID ? "null" : JsonText(TypeText(member.result))) + "}";
+template <class T>
+Json JsonList(const std::vector<T>& all, Json (*write)(const T&)) {
+  Json json = Json::array();
+  for (const T& one : all) json.push_back(write(one));
+  return json;
 }
 
-template <class T, class Write>
-std::string JsonList(const std::vector<T>& all, Write&& write) {
-  std::string text = "[";
-  for (std::size_t i = 0; i < all.size(); ++i) text += (i > 0 ? "," : "") + write(all[i]);
-  return text + "]";
+Json JsonMember(const Member& member) {
+  return {{"name", member.name},
+          {"kind", KindText(member.kind)},
+          {"slot", member.slot},
+          {"id", member.id},
+          {"help", member.help},
+          {"parameters", JsonList(member.parameters, JsonParameter)},
+          {"result", member.result.vt == VT_VOID ? Json() : Json(TypeText(member.result))}};
 }
 
-std::string JsonClass(const Class& described, bool members) {
-  std::string text = "{\"name\":" + JsonText(described.name) + ",\"help\":" + JsonText(described.help) +
-                     ",\"clsid\":" + JsonText(GuidText(described.clsid)) +
-                     ",\"interface\":" + JsonText(described.interface_name) +
-                     ",\"iid\":" + JsonText(GuidText(described.iid));
-  if (members) text += ",\"members\":" + JsonList(described.members, JsonMember);
-  return text + "}";
+Json JsonClass(const Class& described) {
+  return {{"name", described.name},
+          {"help", described.help},
+          {"clsid", GuidText(described.clsid)},
+          {"interface", described.interface_name},
+          {"iid", GuidText(described.iid)}};
 }
 
-std::string JsonEnumeration(const Enumeration& described) {
-  return "{\"name\":" + JsonText(described.name) + ",\"guid\":" + JsonText(GuidText(described.guid)) +
-         ",\"constants\":" +
-         JsonList(described.constants,
-                  [](const Constant& constant) {
-                    return "{\"name\":" + JsonText(constant.name) + ",\"value\":" + std::to_string(constant.value) +
-                           ",\"help\":" + JsonText(constant.help) + "}";
-                  }) +
-         "}";
+Json JsonConstant(const Constant& constant) {
+  return {{"name", constant.name}, {"value", constant.value}, {"help", constant.help}};
 }
 
-std::string JsonRecord(const Record& described) {
-  return "{\"name\":" + JsonText(described.name) + ",\"guid\":" + JsonText(GuidText(described.guid)) + ",\"fields\":" +
-         JsonList(described.fields,
-                  [](const Field& field) {
-                    return "{\"name\":" + JsonText(field.name) + ",\"type\":" + JsonText(TypeText(field.type)) + "}";
-                  }) +
-         "}";
+Json JsonEnumeration(const Enumeration& described) {
+  return {{"name", described.name},
+          {"guid", GuidText(described.guid)},
+          {"constants", JsonList(described.constants, JsonConstant)}};
+}
+
+Json JsonField(const Field& field) { return {{"name", field.name}, {"type", TypeText(field.type)}}; }
+
+Json JsonRecord(const Record& described) {
+  return {
+      {"name", described.name}, {"guid", GuidText(described.guid)}, {"fields", JsonList(described.fields, JsonField)}};
 }
 
 void DescribeMember(Console& out, const Class& described, const Member& member) {
@@ -156,16 +153,18 @@ const Class& RequireClass(const Library& library, const std::string& name) {
                    " \"orvixctl list\" shows the classes.");
 }
 
-void List(const Session& session) {
+int List(const Session& session) {
   Console& out = session.console;
   const Library& library = session.library;
   if (session.json) {
-    out << "{\"name\":" << JsonText(library.name) << ",\"version\":\"" << std::to_string(library.major) << "."
-        << std::to_string(library.minor) << "\",\"guid\":" << JsonText(GuidText(library.guid))
-        << ",\"classes\":" << JsonList(library.classes, [](const Class& one) { return JsonClass(one, false); })
-        << ",\"enumerations\":" << JsonList(library.enumerations, JsonEnumeration)
-        << ",\"records\":" << JsonList(library.records, JsonRecord) << "}\n";
-    return;
+    const Json document{{"name", library.name},
+                        {"version", std::to_string(library.major) + "." + std::to_string(library.minor)},
+                        {"guid", GuidText(library.guid)},
+                        {"classes", JsonList(library.classes, JsonClass)},
+                        {"enumerations", JsonList(library.enumerations, JsonEnumeration)},
+                        {"records", JsonList(library.records, JsonRecord)}};
+    out << Print(document) << "\n";
+    return kExitDone;
   }
   constexpr std::size_t kWidth = 22;
   out << out.Strong("Classes") << "\n";
@@ -182,34 +181,37 @@ void List(const Session& session) {
   for (const Record& one : library.records) {
     out << "  " << Padded(one.name, kWidth) << Counted(one.fields.size(), "field", "fields") << "\n";
   }
+  return kExitDone;
 }
 
-void Describe(const Session& session, const std::string& target) {
+int Describe(const Session& session, const std::string& target) {
   Console& out = session.console;
   const Library& library = session.library;
   if (const Class* found = library.FindClass(target)) {
     if (session.json) {
-      out << JsonClass(*found, true) << "\n";
+      Json json = JsonClass(*found);
+      json["members"] = JsonList(found->members, JsonMember);
+      out << Print(json) << "\n";
     } else {
       DescribeClass(out, library, *found);
     }
-    return;
+    return kExitDone;
   }
   if (const Enumeration* found = library.FindEnumeration(target)) {
     if (session.json) {
-      out << JsonEnumeration(*found) << "\n";
+      out << Print(JsonEnumeration(*found)) << "\n";
     } else {
       DescribeEnumeration(out, *found);
     }
-    return;
+    return kExitDone;
   }
   if (const Record* found = library.FindRecord(target)) {
     if (session.json) {
-      out << JsonRecord(*found) << "\n";
+      out << Print(JsonRecord(*found)) << "\n";
     } else {
       DescribeRecord(out, *found);
     }
-    return;
+    return kExitDone;
   }
   const std::size_t point = target.rfind('.');
   if (point == std::string::npos) {
@@ -233,13 +235,14 @@ void Describe(const Session& session, const std::string& target) {
                      " \"orvixctl describe " + owner.name + "\" shows the members.");
   }
   if (session.json) {
-    out << JsonList(accessors, JsonMember) << "\n";
-    return;
+    out << Print(JsonList(accessors, JsonMember)) << "\n";
+    return kExitDone;
   }
   for (std::size_t i = 0; i < accessors.size(); ++i) {
     if (i > 0) out << "\n";
     DescribeMember(out, owner, accessors[i]);
   }
+  return kExitDone;
 }
 
 }  // namespace Orvix::ctl

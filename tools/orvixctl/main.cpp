@@ -1,7 +1,8 @@
 // orvixctl: the command line in, an exit status out.
-#include <array>
+#include <CLI/CLI.hpp>
 #include <csignal>
-#include <optional>
+#include <functional>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,59 +16,7 @@ namespace Orvix::ctl {
 
 namespace {
 
-struct Command {
-  std::string_view name;
-  std::string_view help;
-  bool takes_json;
-  std::size_t least;  // arguments
-  std::size_t most;
-  std::string_view wanted;  // what an argument is
-  int (*run)(const Session& session, const std::vector<std::string>& words);
-};
-
-constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
-
-int RunList(const Session& session, const std::vector<std::string>&) {
-  List(session);
-  return kExitDone;
-}
-int RunDescribe(const Session& session, const std::vector<std::string>& words) {
-  Describe(session, words.front());
-  return kExitDone;
-}
-int RunIdl(const Session& session, const std::vector<std::string>&) {
-  PrintIdl(session);
-  return kExitDone;
-}
-int RunRegister(const Session& session, const std::vector<std::string>&) {
-  session.component.Register();
-  session.console << session.library.name << " is registered.\n";
-  return kExitDone;
-}
-int RunUnregister(const Session& session, const std::vector<std::string>&) {
-  session.component.Unregister();
-  session.console << session.library.name << " is no longer registered.\n";
-  return kExitDone;
-}
-
-constexpr std::array<Command, 6> kCommands = {{
-    {"list", kListHelp, true, 0, 0, "", RunList},
-    {"describe", kDescribeHelp, true, 1, 1, "the name of a class, member, enumeration or record", RunDescribe},
-    {"call", kCallHelp, true, 1, kAnyNumber, "a class and member, such as classOrvix.GetElement", Call},
-    {"idl", kIdlHelp, false, 0, 0, "", RunIdl},
-    {"register", kRegisterHelp, false, 0, 0, "", RunRegister},
-    {"unregister", kUnregisterHelp, false, 0, 0, "", RunUnregister},
-}};
-
-const Command& FindCommand(const std::string& name) {
-  std::vector<std::string> names{"help"};
-  for (const Command& command : kCommands) {
-    if (command.name == name) return command;
-    names.emplace_back(command.name);
-  }
-  throw UsageError("there is no command \"" + name + "\"." + Suggestion(name, names) +
-                   " \"orvixctl --help\" shows the commands.");
-}
+using Words = std::vector<std::string>;
 
 // A request for the screen: here the person reads standard error.
 LONG ShowMessage(void*, const OLECHAR* text, LONG, const OLECHAR* title) {
@@ -85,83 +34,143 @@ LONG ShowMessage(void*, const OLECHAR* text, LONG, const OLECHAR* title) {
   return kOk;
 }
 
-int RunWith(const Command& command, const std::optional<std::string>& file, bool json,
-            const std::vector<std::string>& words, Console& console) {
+// What the command line asks for.
+struct Request {
+  std::string library_file;
+  bool json = false;
+  std::string name;  // to describe, or a command to explain
+  Words call;        // CLASS.MEMBER and all behind it
+  RegistryRequest registry;
+  std::function<int()> run;
+};
+
+int WithSession(const Request& request, Console& console, const std::function<int(const Session&)>& command) {
   CoInitialize(nullptr);
   OxHost host{};
   host.size = sizeof host;
   host.MessageBox = ShowMessage;
   Check(OxSetHost(&host));
-  const Component component = file ? Component::Load(*file) : Component::Load();
+  const Component component = request.library_file.empty() ? Component::Load() : Component::Load(request.library_file);
   const Library library = ReadLibrary(*component.TypeLibrary().get());
-  const int status = command.run(Session{console, component, library, json}, words);
+  const int status = command(Session{console, component, library, request.json});
   OxSetHost(nullptr);
   return status;
 }
 
-int RunCommand(const std::vector<std::string>& words, std::size_t at, const std::optional<std::string>& file,
-               Console& console) {
-  const Command& command = FindCommand(words[at++]);
-  bool json = false;
-  for (; at < words.size() && words[at].starts_with("-"); ++at) {
-    if (words[at] == "--help" || words[at] == "-h") {
-      console << command.help;
-      return kExitDone;
-    }
-    if (words[at] == "--") {
-      ++at;
-      break;
-    }
-    if (words[at] != "--json" || !command.takes_json) {
-      throw UsageError("\"" + words[at] + "\" is no option of " + std::string(command.name) + ".");
-    }
-    json = true;
-  }
-  std::vector<std::string> arguments(words.begin() + static_cast<std::ptrdiff_t>(at), words.end());
-  // Where one argument is all there can be, options may stand behind it too.
-  while (command.most == 1 && arguments.size() > 1 && arguments.back() == "--json") {
-    json = true;
-    arguments.pop_back();
-  }
-  if (arguments.size() < command.least) {
-    throw UsageError(std::string(command.name) + " needs " + std::string(command.wanted) + ". \"orvixctl " +
-                     std::string(command.name) + " --help\" shows how.");
-  }
-  if (arguments.size() > command.most) {
-    throw UsageError("\"" + arguments[command.most] + "\" is one argument too many. \"orvixctl " +
-                     std::string(command.name) + " --help\" shows what to type.");
-  }
-  return RunWith(command, file, json, arguments, console);
+void AddRegistry(CLI::App& app, Request& request, Console& console) {
+  CLI::App* const registry = app.add_subcommand("registry", "shows, edits, exports, imports and checks the registry");
+  registry->group("Registry")->require_subcommand(1)->footer(kRegistryHelp);
+  RegistryRequest& wanted = request.registry;
+  const auto add = [&](const char* name, const char* help, int (*run)(Console&, const RegistryRequest&)) {
+    CLI::App* const command = registry->add_subcommand(name, help);
+    command->callback([&, run] { request.run = [&, run] { return run(console, request.registry); }; });
+    return command;
+  };
+  CLI::App* command = add("list", "shows the keys and values of a key, or the roots", ListRegistry);
+  command->add_option("KEY", wanted.key);
+  command->add_flag("-r,--recursive", wanted.recursive, "all keys below too");
+  command = add("get", "shows a value", GetRegistryValue);
+  command->add_option("KEY", wanted.key)->required();
+  command->add_option("NAME", wanted.name, "the default value without one");
+  command = add("set", "writes a value, and makes the key where it is missing", SetRegistryValue);
+  command->add_option("KEY", wanted.key)->required();
+  command->add_option("NAME", wanted.name)->required();
+  command->add_option("VALUE", wanted.value, "dword:, hex: and the like as below, else a text")->required();
+  command->footer(kRegistryHelp);
+  command = add("delete", "takes a value away, or without a name the key itself", DeleteFromRegistry);
+  command->add_option("KEY", wanted.key)->required();
+  command->add_option("NAME", wanted.deleted);
+  command->add_flag("-r,--recursive", wanted.recursive, "all keys below too");
+  command = add("export", "writes a key and all below it, or everything, as text", ExportRegistry);
+  command->add_option("KEY", wanted.key);
+  command->add_option("-o,--output", wanted.file, "the file to write; else standard output")->type_name("FILE");
+  command = add("import", "reads such a text into the registry", ImportRegistry);
+  command->add_option("FILE", wanted.file, "\"-\" for standard input")->required();
+  add("check", "says whether the store is sound, and what can be read of it", CheckRegistry);
 }
 
-int Run(const std::vector<std::string>& words, Console& console) {
-  std::optional<std::string> file;
-  std::size_t at = 0;
-  for (; at < words.size() && words[at].starts_with("-"); ++at) {
-    if (words[at] == "--help" || words[at] == "-h") {
-      console << kHelp;
-      return kExitDone;
-    }
-    if (words[at] == "--version") {
-      console << "orvixctl " << std::to_string(kLibraryMajor) << "." << std::to_string(kLibraryMinor) << "\n";
-      return kExitDone;
-    }
-    if (words[at] != "--library") {
-      throw UsageError("\"" + words[at] + "\" is no option. \"orvixctl --help\" shows them.");
-    }
-    if (++at == words.size()) throw UsageError("--library needs the name of a file.");
-    file = words[at];
-  }
-  if (at == words.size()) throw UsageError("a command is missing. \"orvixctl --help\" shows the commands.");
-  if (words[at] == "help") {
-    console << (at + 1 == words.size() ? kHelp : FindCommand(words[at + 1]).help);
+// Where the words of a call begin: behind "call" and its options; else the end.
+Words::iterator CallWords(Words& words) {
+  const auto is_option = [](const std::string& word) { return word.starts_with("-") && word != "--"; };
+  auto at = words.begin();
+  while (at != words.end() && is_option(*at)) at += *at == "--library" && at + 1 != words.end() ? 2 : 1;
+  if (at == words.end() || *at != "call") return words.end();
+  ++at;
+  while (at != words.end() && is_option(*at)) ++at;
+  return at != words.end() && *at == "--" ? words.erase(at) : at;
+}
+
+int Run(Words words, Console& console) {
+  Request request;
+  CLI::App app("Shows Orvix's classes and calls their members.", "orvixctl");
+  app.require_subcommand(1)->footer(kAppHelp);
+  app.get_formatter()->column_width(28);
+  app.set_help_flag("-h,--help", "this text, or the command's when it stands behind one");
+  app.set_version_flag("-V,--version",
+                       "orvixctl " + std::to_string(kLibraryMajor) + "." + std::to_string(kLibraryMinor),
+                       "the version of the type library");
+  app.add_option("--library", request.library_file,
+                 "the component to use; else the liborvix.so that belongs to this program")
+      ->type_name("FILE");
+  const auto add = [&](const char* name, const char* help, const char* group, std::function<int(const Session&)> run) {
+    CLI::App* const command = app.add_subcommand(name, help);
+    return command->group(group)->callback(
+        [&, run] { request.run = [&, run] { return WithSession(request, console, run); }; });
+  };
+  const auto takes_json = [&](CLI::App* command) { command->add_flag("--json", request.json, "one JSON document"); };
+  takes_json(add("list", "the classes, enumerations and records", "Look", List));
+  CLI::App* command = add("describe", "a class, a member (classString.Mid), an enumeration or a record", "Look",
+                          [&](const Session& session) { return Describe(session, request.name); });
+  takes_json(command);
+  command->footer(kDescribeHelp)->add_option("NAME", request.name)->required();
+  add("idl", "the interfaces as IDL text, members in slot order", "Look", PrintIdl);
+  command = add("call", "calls a member of a new object", "Call",
+                [&](const Session& session) { return Call(session, request.call); });
+  takes_json(command);
+  command->footer(kCallHelp)->add_option("CALL", request.call, "CLASS.MEMBER[=VALUE] [ARGUMENT...] [STEP...]");
+  add("register", "writes the classes into the registry", "Registry", [](const Session& session) {
+    session.component.Register();
+    session.console << session.library.name << " is registered.\n";
     return kExitDone;
+  })->footer(kRegisterHelp);
+  add("unregister", "takes them out again", "Registry", [](const Session& session) {
+    session.component.Unregister();
+    session.console << session.library.name << " is no longer registered.\n";
+    return kExitDone;
+  });
+  AddRegistry(app, request, console);
+  app.add_subcommand("help", "this text, or a command's")->group("Look")->add_option("COMMAND", request.name);
+
+  const auto call = CallWords(words);
+  request.call.assign(call, words.end());
+  words.erase(call, words.end());
+  try {
+    std::ranges::reverse(words);  // as the parser takes them
+    app.parse(words);
+    if (app.got_subcommand("call") && request.call.empty()) {
+      throw UsageError("call needs a class and member, such as classOrvix.GetElement.");
+    }
+    if (app.got_subcommand("help")) {
+      console << (request.name.empty() ? app.help() : app.get_subcommand(request.name)->help("orvixctl"));
+      return kExitDone;
+    }
+  } catch (const CLI::Success& success) {
+    std::ostringstream text;
+    app.exit(success, text, text);
+    console << text.str();
+    return kExitDone;
+  } catch (const CLI::Error& error) {
+    Words names;
+    for (const CLI::App* one : app.get_subcommands({})) names.push_back(one->get_name());
+    const std::string unknown = app.remaining().empty() ? request.name : app.remaining().front();
+    throw UsageError(std::string(error.what()) + "." + (unknown.empty() ? "" : Suggestion(unknown, names)) +
+                     " \"orvixctl --help\" shows what to type.");
   }
-  return RunCommand(words, at, file, console);
+  return request.run();
 }
 
 // What went wrong, told to the person, as an exit status.
-int Guarded(const std::vector<std::string>& words, Console& console) {
+int Guarded(const Words& words, Console& console) {
   try {
     const int status = Run(words, console);
     console.Flush();
@@ -171,6 +180,7 @@ int Guarded(const std::vector<std::string>& words, Console& console) {
     Console::Complain(error.what());
     return kExitUsage;
   } catch (const std::exception& error) {
+    console.Flush();
     Console::Complain(error.what());
     return kExitFailed;
   }

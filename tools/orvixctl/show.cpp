@@ -1,30 +1,27 @@
 // Values as text and as JSON.
 #include "show.h"
 
-#include <charconv>
 #include <cmath>
 #include <utility>
 #include <vector>
+
+#include "quoted.h"
 
 namespace Orvix::ctl {
 
 namespace {
 
-constexpr bool IsHigh(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
-constexpr bool IsLow(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
+// No character: in a text it stands before the digits of a unit that JSON writes as
+// an escape.
+constexpr std::string_view kEscapeMark = "\xEF\xB7\x90";
+constexpr char16_t kEscapeMarkUnit = u'\uFDD0';
 
-void AppendEscape(std::string& json, char16_t unit) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  json += "\\u";
-  for (int shift = 12; shift >= 0; shift -= 4) json += kDigits[unit >> shift & 0xF];
-}
-
-template <class Float>
-std::string JsonNumber(Float number) {
-  if (!std::isfinite(number)) return "null";
-  char text[64];
-  const auto end = std::to_chars(text, text + sizeof text, number);
-  return std::string(text, end.ptr);
+// Whole numbers without a fraction.
+Json JsonNumber(double number) {
+  if (!std::isfinite(number)) return nullptr;
+  constexpr double kExact = 9007199254740992;  // up to here every whole number is one
+  if (number == std::trunc(number) && std::abs(number) <= kExact) return static_cast<std::int64_t>(number);
+  return number;
 }
 
 std::vector<std::pair<String, Value>> FieldsOf(const VARIANT& value) {
@@ -69,89 +66,80 @@ bool ReadDefault(const Pointer<IDispatch>& object, const Class& its, Value& cont
       object->Invoke(member->id, IID_NULL, 0, DISPATCH_PROPERTYGET, &none, content.Receive(), nullptr, nullptr));
 }
 
-std::string JsonObject(const Value& value, const Library* library) {
+Json JsonOfObject(const Value& value, const Library* library) {
   const auto object = value.To<Pointer<IDispatch>>();
-  if (!object) return "null";
+  if (!object) return nullptr;
   const Class* its = library == nullptr ? nullptr : ClassOfObject(object, *library);
-  if (its == nullptr) return "{\"class\":null}";
-  Value content;
-  const std::string name = JsonText(its->name);
-  if (!ReadDefault(object, *its, content)) return "{\"class\":" + name + "}";
-  return "{\"class\":" + name + ",\"value\":" + JsonValue(content, library) + "}";
+  if (its == nullptr) return {{"class", nullptr}};
+  Json json{{"class", its->name}};
+  if (Value content; ReadDefault(object, *its, content)) json["value"] = JsonOf(content, library);
+  return json;
 }
 
 }  // namespace
 
-std::string JsonText(TextView text) {
-  std::string json = "\"";
+Json JsonOf(TextView text) {
+  std::string marked;
+  std::size_t plain = 0;
   for (std::size_t at = 0; at < text.size(); ++at) {
-    const char16_t unit = text[at];
-    const bool pair = IsHigh(unit) && at + 1 < text.size() && IsLow(text[at + 1]);
-    if (unit == u'"' || unit == u'\\') {
-      json += '\\';
-      json += static_cast<char>(unit);
-    } else if (unit == u'\n') {
-      json += "\\n";
-    } else if (unit == u'\r') {
-      json += "\\r";
-    } else if (unit == u'\t') {
-      json += "\\t";
-    } else if (unit < 0x20 || unit == 0x7F || (!pair && (IsHigh(unit) || IsLow(unit)))) {
-      AppendEscape(json, unit);
-    } else {
-      json += ToUtf8(text.substr(at, pair ? 2 : 1));
-      if (pair) ++at;
-    }
+    if (!NeedsEscape(text, at) && text[at] != kEscapeMarkUnit) continue;
+    marked += ToUtf8(text.substr(plain, at - plain)).append(kEscapeMark) + HexDigits(text[at]);
+    plain = at + 1;
   }
-  return json + '"';
+  return marked + ToUtf8(text.substr(plain));
 }
 
-std::string JsonText(std::string_view utf8) { return JsonText(TextView(FromUtf8(utf8))); }
+std::string Print(const Json& json) {
+  std::string text = json.dump();
+  for (std::size_t at = 0; (at = text.find(kEscapeMark, at)) != std::string::npos;) {
+    text.replace(at, kEscapeMark.size(), "\\u");
+  }
+  return text;
+}
 
-std::string JsonValue(const Value& value, const Library* library) {
+Json JsonOf(const Value& value, const Library* library) {
   const VARIANT& raw = value.get();
   if (value.IsArray()) {
-    std::string json = "[";
-    for (const Value& element : ElementsOf(raw)) {
-      if (json.size() > 1) json += ",";
-      json += JsonValue(element, library);
-    }
-    return json + "]";
+    Json json = Json::array();
+    for (const Value& element : ElementsOf(raw)) json.push_back(JsonOf(element, library));
+    return json;
   }
   switch (raw.vt) {
     case VT_EMPTY:
     case VT_NULL:
     case VT_ERROR:
-      return "null";
+      return nullptr;
     case VT_BOOL:
-      return raw.boolVal == VARIANT_FALSE ? "false" : "true";
+      return raw.boolVal != VARIANT_FALSE;
     case VT_R4:
-      return JsonNumber(raw.fltVal);
+      // The shortest digits that give this number back.
+      return JsonNumber(std::stod(value.To<std::string>()));
     case VT_R8:
       return JsonNumber(raw.dblVal);
     case VT_DATE:
-      return JsonText(Date(raw.date).Iso('T'));
+      return Date(raw.date).Iso('T');
     case VT_BSTR:
-      return JsonText(ViewOf(raw.bstrVal));
+      return JsonOf(ViewOf(raw.bstrVal));
     case VT_RECORD: {
-      std::string json = "{";
-      for (const auto& [name, content] : FieldsOf(raw)) {
-        if (json.size() > 1) json += ",";
-        json += JsonText(name.View()) + ":" + JsonValue(content, library);
-      }
-      return json + "}";
+      Json json = Json::object();
+      for (const auto& [name, content] : FieldsOf(raw)) json[name.Utf8()] = JsonOf(content, library);
+      return json;
     }
     case VT_DISPATCH:
     case VT_UNKNOWN:
-      return JsonObject(value, library);
-    default:
-      return value.To<std::string>();
+      return JsonOfObject(value, library);
+    default: {
+      // A number that is too long for JSON's readers stays a text.
+      const std::string digits = value.To<std::string>();
+      Json number = Json::parse(digits, nullptr, /*allow_exceptions=*/false);
+      return number.is_number() && number.dump() == digits ? number : Json(digits);
+    }
   }
 }
 
 std::string ShowValue(const Value& value, const Library& library) {
   const VARIANT& raw = value.get();
-  if (value.IsArray()) return JsonValue(value, &library);
+  if (value.IsArray()) return Print(JsonOf(value, &library));
   switch (raw.vt) {
     case VT_EMPTY:
       return "Empty";

@@ -2,22 +2,25 @@
 #ifndef ORVIX_TOOLS_ORVIXCTL_SHOW_H
 #define ORVIX_TOOLS_ORVIXCTL_SHOW_H
 
+#include <nlohmann/json.hpp>
 #include <string>
-#include <string_view>
 
 #include "library.h"
 
 namespace Orvix::ctl {
 
-// A text as a JSON string: control characters and lone surrogates escaped, so
-// the output is always UTF-8.
-[[nodiscard]] std::string JsonText(std::string_view utf8);
-[[nodiscard]] std::string JsonText(TextView text);
+using Json = nlohmann::ordered_json;
 
-// A value as JSON: numbers, true, false, texts, dates as "2002-11-30T10:00:00",
-// null for Empty, Null and Nothing, arrays, records by field, objects as
-// {"class": ..., "value": ...}. `library` (may be null) names the classes.
-[[nodiscard]] std::string JsonValue(const Value& value, const Library* library);
+// A text as Print shows it: any code units.
+[[nodiscard]] Json JsonOf(TextView text);
+
+// Numbers, true, false, texts, dates as "2002-11-30T10:00:00", null for Empty, Null
+// and Nothing, arrays, records by field, objects as {"class": ..., "value": ...}.
+// `library` (may be null) names the classes.
+[[nodiscard]] Json JsonOf(const Value& value, const Library* library);
+
+// One line of UTF-8; control characters and halves of surrogate pairs are escaped.
+[[nodiscard]] std::string Print(const Json& json);
 
 // A value for people: texts as they are, numbers as the runtime writes them,
 // dates as 2002-11-30 10:00:00, arrays as JSON, a record as one line a field,
