@@ -16,8 +16,8 @@
 #include "platform/names/code_page.h"
 #include "platform/names/path_map.h"
 #include "platform/sound/wave_file.h"
-#include "platform/system/user_data.h"
 #include "platform/system/process.h"
+#include "platform/system/user_data.h"
 
 namespace Orvix {
 namespace {
@@ -67,7 +67,8 @@ std::string VariableOr(const char* name, std::string fallback) {
 
 // A sound of the theme that every desktop has; none when it is not installed.
 std::optional<Sound> ThemeSound(std::string_view name) {
-  const std::string directories = UserDataDirectory() + ":" + VariableOr("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+  const std::string directories =
+      UserDataDirectory() + ":" + VariableOr("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
   for (std::string_view rest = directories; !rest.empty();) {
     const std::string_view directory = rest.substr(0, rest.find(':'));
     rest.remove_prefix(std::min(rest.size(), directory.size() + 1));

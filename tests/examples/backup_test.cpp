@@ -266,7 +266,8 @@ TEST_F(BackupTest, DestinationThatIsAFileIsAFailure) {
 
 TEST_F(BackupTest, MistakesExitWithTwo) {
   const std::vector<std::vector<std::string>> mistakes = {
-      {"third"}, {"--nonsense"}, {"--mask"}, {"--mask", ""}, {"--mask", "a/b"}, {"--from", "soon"}, {"--dry-run=perhaps"}};
+      {"third"},         {"--nonsense"},     {"--mask"},           {"--mask", ""},
+      {"--mask", "a/b"}, {"--from", "soon"}, {"--dry-run=perhaps"}};
   for (const auto& options : mistakes) {
     const ProgramResult result = Run(options);
     EXPECT_EQ(result.status, 2) << options.front() << "\n" << result;
