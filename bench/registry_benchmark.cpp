@@ -1,12 +1,15 @@
-// The registry store against SQLite, both surviving a kill of the process and
-// neither waiting for the disk: 5,000 values written and read back, and one
-// value read again.
+// The registry against plain SQLite with the same tables and settings: one value
+// opened, read and closed, one value written, and what a second process pays for a
+// store of 10^5 values.
 #include <benchmark/benchmark.h>
-#ifdef ORVIX_HAVE_SQLITE
 #include <sqlite3.h>
-#endif
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
 
@@ -14,132 +17,161 @@
 
 namespace {
 
-constexpr int kValues = 5'000;
-constexpr int kInTransaction = 100;
+constexpr char kSelect[] =
+    "SELECT v.type, v.data FROM keys a JOIN keys b ON b.parent = a.id JOIN vals v ON v.key = b.id"
+    " WHERE a.parent = 2 AND a.folded = 'software' AND b.folded = 'bench' AND v.folded = ?";
 
-std::string NameOf(int i) { return "value" + std::to_string(i); }
-std::string DataOf(int i) { return "the data of value " + std::to_string(i); }
-
-class Place {
+// A store of its own, with values in HKEY_CURRENT_USER\Software\Bench.
+class Filled {
  public:
-  Place() {
+  explicit Filled(int values) {
     std::string pattern = (std::filesystem::temp_directory_path() / "orvix-bench-XXXXXX").string();
     path_ = mkdtemp(pattern.data());
+    setenv("ORVIX_REGISTRY", path_.c_str(), 1);
+    RegCreateKeyExW(MakeRootKey(kCurrentUser), u"Software\\Bench", 0, nullptr, 0, 0, nullptr, &key_, nullptr);
+    Write(1, 0);
+    Connection plain(path_);
+    plain.Run("BEGIN");
+    for (int i = 2; i <= values; ++i) {
+      const std::string name = "value" + std::to_string(i);
+      plain.Run(("INSERT INTO vals SELECT key, '" + name + "', '" + name + "', type, data FROM vals LIMIT 1").c_str());
+    }
+    plain.Run("COMMIT");
   }
-  Place(const Place&) = delete;
-  Place& operator=(const Place&) = delete;
-  ~Place() { std::filesystem::remove_all(path_); }
+  Filled(const Filled&) = delete;
+  Filled& operator=(const Filled&) = delete;
+  ~Filled() {
+    RegCloseKey(key_);
+    std::filesystem::remove_all(path_);
+  }
+
+  class Connection {
+   public:
+    explicit Connection(const std::string& path) {
+      sqlite3_open((path + "/registry.sqlite").c_str(), &database_);
+      Run("PRAGMA synchronous = NORMAL");
+    }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    ~Connection() { sqlite3_close(database_); }
+    void Run(const char* words) { sqlite3_exec(database_, words, nullptr, nullptr, nullptr); }
+    [[nodiscard]] sqlite3_stmt* Prepare(const char* words) {
+      sqlite3_stmt* statement = nullptr;
+      sqlite3_prepare_v2(database_, words, -1, &statement, nullptr);
+      return statement;
+    }
+
+   private:
+    sqlite3* database_ = nullptr;
+  };
+
+  void Write(int name, int data) const {
+    const std::u16string wide = Name(name);
+    RegSetValueExW(key_, wide.c_str(), 0, 3, reinterpret_cast<const BYTE*>(&data), sizeof data);
+  }
+  // Opened, read and closed.
+  [[nodiscard]] static int Read(int name) {
+    HKEY key = nullptr;
+    RegOpenKeyExW(MakeRootKey(kCurrentUser), u"Software\\Bench", 0, 0, &key);
+    int data = -1;
+    DWORD size = sizeof data;
+    const std::u16string wide = Name(name);
+    RegQueryValueExW(key, wide.c_str(), nullptr, nullptr, reinterpret_cast<BYTE*>(&data), &size);
+    RegCloseKey(key);
+    return data;
+  }
+  static std::u16string Name(int number) {
+    std::u16string name = u"VALUE";
+    for (const char digit : std::to_string(number)) name += static_cast<char16_t>(digit);
+    return name;
+  }
   [[nodiscard]] const std::string& path() const { return path_; }
 
  private:
   std::string path_;
+  HKEY key_ = nullptr;
 };
 
-HKEY CurrentUser() { return reinterpret_cast<HKEY>(std::intptr_t{static_cast<LONG>(0x80000001)}); }
-
-HKEY Opened() {
-  HKEY key = nullptr;
-  RegCreateKeyExA(CurrentUser(), "Software\\Bench", 0, nullptr, 0, 31, nullptr, &key, nullptr);
-  return key;
-}
-
-bool Reads(HKEY key, int i) {
-  char data[64];
-  DWORD bytes = sizeof data;
-  DWORD type = 0;
-  return RegQueryValueExA(key, NameOf(i).c_str(), nullptr, &type, reinterpret_cast<BYTE*>(data), &bytes) == 0 &&
-         std::string(data, bytes) == DataOf(i);
-}
-
-void StoreWritesAndReads(benchmark::State& state) {
+void PlainSelect(benchmark::State& state) {
+  const Filled filled(1000);
+  Filled::Connection plain(filled.path());
+  sqlite3_stmt* const read = plain.Prepare(kSelect);
   for (auto _ : state) {
-    state.PauseTiming();
-    const Place place;
-    setenv("ORVIX_REGISTRY", place.path().c_str(), 1);
-    state.ResumeTiming();
-    const HKEY key = Opened();
-    for (int i = 0; i < kValues; ++i) {
-      const std::string data = DataOf(i);
-      RegSetValueExA(key, NameOf(i).c_str(), 0, 1, reinterpret_cast<const BYTE*>(data.data()),
-                     static_cast<DWORD>(data.size()));
-    }
-    for (int i = 0; i < kValues; ++i) {
-      if (!Reads(key, i)) state.SkipWithError("wrong value");
-    }
-    RegCloseKey(key);
+    sqlite3_bind_text(read, 1, "value1", -1, SQLITE_TRANSIENT);
+    if (sqlite3_step(read) != SQLITE_ROW || sqlite3_column_bytes(read, 1) != 4) state.SkipWithError("wrong value");
+    sqlite3_reset(read);
   }
+  sqlite3_finalize(read);
 }
-BENCHMARK(StoreWritesAndReads)->Unit(benchmark::kMillisecond)->MinTime(1);
+BENCHMARK(PlainSelect);
 
-void StoreReadsOne(benchmark::State& state) {
-  const Place place;
-  setenv("ORVIX_REGISTRY", place.path().c_str(), 1);
-  const std::string data = DataOf(1);
-  const HKEY made = Opened();
-  RegSetValueExA(made, NameOf(1).c_str(), 0, 1, reinterpret_cast<const BYTE*>(data.data()),
-                 static_cast<DWORD>(data.size()));
-  RegCloseKey(made);
+void OpenReadClose(benchmark::State& state) {
+  const Filled filled(1000);
   for (auto _ : state) {
-    HKEY key = nullptr;
-    RegOpenKeyExA(CurrentUser(), "Software\\Bench", 0, 31, &key);
-    if (!Reads(key, 1)) state.SkipWithError("wrong value");
-    RegCloseKey(key);
+    if (Filled::Read(1) != 0) state.SkipWithError("wrong value");
   }
 }
-BENCHMARK(StoreReadsOne);
+BENCHMARK(OpenReadClose);
 
-#ifdef ORVIX_HAVE_SQLITE
-class Statement {
- public:
-  Statement(sqlite3* database, const char* text) { sqlite3_prepare_v2(database, text, -1, &statement_, nullptr); }
-  Statement(const Statement&) = delete;
-  Statement& operator=(const Statement&) = delete;
-  ~Statement() { sqlite3_finalize(statement_); }
-  void Bind(int at, const std::string& text) {
-    sqlite3_bind_text(statement_, at, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
-  }
-  bool Step() { return sqlite3_step(statement_) == SQLITE_ROW; }
-  void Reset() { sqlite3_reset(statement_); }
-  [[nodiscard]] std::string Column() const { return reinterpret_cast<const char*>(sqlite3_column_text(statement_, 0)); }
-
- private:
-  sqlite3_stmt* statement_ = nullptr;
-};
-
-// `reads_in_transactions`: 100 reads share one transaction too.
-void SqliteWritesAndReads(benchmark::State& state, bool reads_in_transactions) {
+void PlainUpdate(benchmark::State& state) {
+  const Filled filled(1000);
+  Filled::Connection plain(filled.path());
+  sqlite3_stmt* const write = plain.Prepare(
+      "INSERT INTO vals (key, folded, name, type, data) SELECT id, 'value1', 'VALUE1', 3, ? FROM keys"
+      " WHERE folded = 'bench' ON CONFLICT (key, folded) DO UPDATE SET type = excluded.type, data = excluded.data");
+  int data = 0;
   for (auto _ : state) {
-    state.PauseTiming();
-    const Place place;
-    state.ResumeTiming();
-    sqlite3* database = nullptr;
-    sqlite3_open((place.path() + "/values.db").c_str(), &database);
-    const auto run = [&](const char* text) { sqlite3_exec(database, text, nullptr, nullptr, nullptr); };
-    run("PRAGMA synchronous=OFF; CREATE TABLE v(name TEXT PRIMARY KEY, data TEXT)");
-    {
-      Statement write(database, "INSERT OR REPLACE INTO v VALUES(?, ?)");
-      for (int i = 0; i < kValues; ++i) {
-        if (i % kInTransaction == 0) run("BEGIN");
-        write.Bind(1, NameOf(i));
-        write.Bind(2, DataOf(i));
-        write.Step();
-        write.Reset();
-        if (i % kInTransaction == kInTransaction - 1) run("COMMIT");
-      }
-      Statement read(database, "SELECT data FROM v WHERE name = ?");
-      for (int i = 0; i < kValues; ++i) {
-        if (reads_in_transactions && i % kInTransaction == 0) run("BEGIN");
-        read.Bind(1, NameOf(i));
-        if (!read.Step() || read.Column() != DataOf(i)) state.SkipWithError("wrong value");
-        read.Reset();
-        if (reads_in_transactions && i % kInTransaction == kInTransaction - 1) run("COMMIT");
-      }
-    }
-    sqlite3_close(database);
+    ++data;
+    sqlite3_bind_blob(write, 1, &data, sizeof data, SQLITE_TRANSIENT);
+    if (sqlite3_step(write) != SQLITE_DONE) state.SkipWithError("not written");
+    sqlite3_reset(write);
   }
+  sqlite3_finalize(write);
 }
-BENCHMARK_CAPTURE(SqliteWritesAndReads, single_reads, false)->Unit(benchmark::kMillisecond)->MinTime(1);
-BENCHMARK_CAPTURE(SqliteWritesAndReads, reads_in_transactions, true)->Unit(benchmark::kMillisecond)->MinTime(1);
-#endif
+BENCHMARK(PlainUpdate);
+
+void SetOne(benchmark::State& state) {
+  const Filled filled(1000);
+  int data = 0;
+  for (auto _ : state) filled.Write(1, ++data);
+  if (Filled::Read(1) != data) state.SkipWithError("wrong value");
+}
+BENCHMARK(SetOne);
+
+// A process that reads one value of a store: its time from the first call on, and
+// how far its memory grew.
+void SecondProcess(benchmark::State& state) {
+  const Filled filled(static_cast<int>(state.range(0)));
+  double milliseconds = 0;
+  double kilobytes = 0;
+  for (auto _ : state) {
+    int ends[2] = {};
+    if (pipe(ends) != 0) break;
+    const pid_t child = fork();
+    if (child == 0) {
+      const auto used = [] {
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        return static_cast<double>(usage.ru_maxrss);
+      };
+      const double before = used();
+      const auto start = std::chrono::steady_clock::now();
+      if (Filled::Read(1) != 0) _exit(1);
+      const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
+      const double told[] = {time.count(), used() - before};
+      _exit(write(ends[1], told, sizeof told) == sizeof told ? 0 : 1);
+    }
+    double told[2] = {};
+    if (read(ends[0], told, sizeof told) != sizeof told) state.SkipWithError("the process failed");
+    waitpid(child, nullptr, 0);
+    close(ends[0]);
+    close(ends[1]);
+    milliseconds = std::max(milliseconds, told[0]);
+    kilobytes = std::max(kilobytes, told[1]);
+  }
+  state.counters["most_ms"] = milliseconds;
+  state.counters["most_kB"] = kilobytes;
+}
+BENCHMARK(SecondProcess)->Arg(1000)->Arg(100'000)->Iterations(20);
 
 }  // namespace

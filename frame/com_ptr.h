@@ -93,7 +93,7 @@ class BstrHandle {
   [[nodiscard]] OLECHAR* data() { return text_; }
   // Keeps the first `length` units, which there are.
   void Shorten(std::size_t length) {
-    if (length != View().size() && SysReAllocStringLen(&text_, nullptr, static_cast<UINT>(length)) == 0) {
+    if (length != View().size() && SysReAllocStringLen(&text_, text_, static_cast<UINT>(length)) == 0) {
       throw std::bad_alloc();
     }
   }

@@ -82,7 +82,7 @@ class Filler {
     // exact one, and what is too much is written over by the next piece.
     if (count <= kShort && source.size() - from >= kShort && static_cast<std::size_t>(end_ - at_) >= kShort) {
       std::memcpy(at_, source.data() + from, kShort * sizeof(char16_t));
-    } else {
+    } else if (count != 0) {
       std::memcpy(at_, source.data() + from, count * sizeof(char16_t));
     }
     at_ += count;
@@ -119,19 +119,20 @@ BstrHandle classOrvix::MyReplace(TextView text, TextView target, TextView replac
     constexpr std::size_t kMostKept = 1 << 16;
     std::vector<std::uint32_t> kept;
     std::size_t count = 0;
-    std::size_t length = text.size();
+    std::uint64_t length = text.size();
     if (replacement.size() > target.size()) {
       for_each(0, [&](std::size_t at) {
         if (++count <= kMostKept) kept.push_back(static_cast<std::uint32_t>(at));
       });
-      length += (replacement.size() - target.size()) * count;
+      length += std::uint64_t{replacement.size() - target.size()} * count;
       // A length that does not fit wraps: negative, or too short for the pieces.
       // Both are an invalid argument.
-      if (length > static_cast<std::size_t>(std::numeric_limits<LONG>::max())) RaiseRuntimeError(kInvalidArgument);
+      if (length > std::uint64_t{std::numeric_limits<LONG>::max()}) RaiseRuntimeError(kInvalidArgument);
     }
 
-    BstrHandle replaced = BstrHandle::OfLength(length);
-    Filler filler(replaced.data(), length);
+    const auto units = static_cast<std::size_t>(length);
+    BstrHandle replaced = BstrHandle::OfLength(units);
+    Filler filler(replaced.data(), units);
     std::size_t from = 0;
     std::size_t made = 0;
     const auto replace = [&](std::size_t at) {
@@ -158,7 +159,7 @@ BstrHandle classOrvix::MyReplace(TextView text, TextView target, TextView replac
     } else if (tail == 1) {
       filler.AddSpace();
     }
-    replaced.Shorten(length - (target.size() - std::min(replacement.size(), target.size())) * count);
+    replaced.Shorten(units - (target.size() - std::min(replacement.size(), target.size())) * count);
     replacements = static_cast<LONG>(count);
     return replaced;
   });

@@ -3,17 +3,22 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
+#include <cstring>
 #include <utility>
 
 namespace Orvix {
 
 namespace {
 
-// Called with the number of tries so far. Short naps: whoever writes without a pause
-// leaves the others only moments.
+// Called with the number of tries so far. Short naps, which signals may end: whoever
+// writes without a pause leaves the others only moments.
 int WaitABit(void*, int tries) {
-  constexpr int kMostTries = 7000;  // some two seconds
-  return tries < kMostTries && usleep(200) == 0 ? 1 : 0;
+  using std::chrono::steady_clock;
+  static thread_local steady_clock::time_point end;
+  if (tries == 0) end = steady_clock::now() + std::chrono::seconds(2);
+  usleep(200);
+  return steady_clock::now() < end ? 1 : 0;
 }
 
 }  // namespace
@@ -32,17 +37,38 @@ void SqlConnection::Open(const char* name, int flags) {
     sqlite3_busy_handler(connection_, WaitABit, nullptr);
     sqlite3_db_config(connection_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     sqlite3_db_config(connection_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    Execute("PRAGMA user_version");  // the first look into the file
+    // The first look into the file. A kill takes nothing back; a change does not wait
+    // for the disk where the log is written ahead.
+    Execute("PRAGMA synchronous = NORMAL; PRAGMA user_version");
+    SqlQuery mode(*this, "PRAGMA journal_mode");
+    logs_ahead_ = mode.Next() && mode.Words(0) == u"wal" && (flags & SQLITE_OPEN_READWRITE) != 0;
   } catch (const SqlFailure&) {
     Close();
     throw;
   }
 }
 
+// Each commit changes the head of the log's index, which all processes share
+// (sqlite.org/walformat.html, section 2.2).
+bool SqlConnection::HasChanged() {
+  constexpr int kRegion = 32768;
+  sqlite3_file* file = nullptr;
+  volatile void* head = nullptr;
+  if (!logs_ahead_ || sqlite3_file_control(connection_, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK ||
+      file->pMethods->xShmMap(file, 0, kRegion, 0, &head) != SQLITE_OK || head == nullptr) {
+    return true;
+  }
+  const auto before = log_head_;
+  std::memcpy(log_head_.data(), const_cast<const void*>(head), log_head_.size());
+  return log_head_ != before;
+}
+
 void SqlConnection::Close() noexcept {
   for (auto& [words, statement] : statements_) sqlite3_finalize(std::exchange(statement, nullptr));
   sqlite3_close_v2(std::exchange(connection_, nullptr));
   ++closings_;
+  logs_ahead_ = false;
+  log_head_ = {};
 }
 
 void SqlConnection::TakeBack() noexcept {

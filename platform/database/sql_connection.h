@@ -4,6 +4,7 @@
 
 #include <sqlite3.h>
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 #include <unordered_map>
@@ -33,6 +34,9 @@ class SqlConnection {
   void Execute(const char* words) { Check(sqlite3_exec(connection_, words, nullptr, nullptr, nullptr)); }
   // Ends a transaction that was not committed.
   void TakeBack() noexcept;
+  // Whether anything was committed since this was last asked, by anyone; true as
+  // well where that can only be told by a look into the file. Costs no system call.
+  [[nodiscard]] bool HasChanged();
   // Rows changed by the last statement, and by all of this connection.
   [[nodiscard]] std::int64_t Changes() { return sqlite3_changes64(connection_); }
   [[nodiscard]] std::int64_t TotalChanges() { return sqlite3_total_changes64(connection_); }
@@ -46,6 +50,8 @@ class SqlConnection {
   sqlite3* connection_ = nullptr;
   std::unordered_map<const char*, sqlite3_stmt*> statements_;  // by the address of their words
   std::uint64_t closings_ = 0;                                 // what was prepared before one is gone
+  bool logs_ahead_ = false;
+  std::array<char, 48> log_head_{};  // when HasChanged was last asked
 };
 
 // One run of a statement. Its words live as long as the process: the statement is

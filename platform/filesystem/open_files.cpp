@@ -93,6 +93,15 @@ OpeningMark::~OpeningMark() {
   open.count = open.files.size();
 }
 
+bool OpeningMark::KeepOthersOut() {
+  OpenFiles& open = TheOpenFiles();
+  const std::lock_guard guard(open.mutex);
+  Openings& openings = open.files.find(identity_)->second;
+  if (Lock(openings.lock_descriptor, true)) return true;
+  Lock(openings.lock_descriptor, openings.exclusive != 0);  // the failed change gave up the lock that was there
+  return false;
+}
+
 bool IsOpenHere(const struct stat& facts) {
   OpenFiles& open = TheOpenFiles();
   const std::lock_guard guard(open.mutex);

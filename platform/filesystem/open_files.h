@@ -30,6 +30,9 @@ class OpeningMark {
   OpeningMark& operator=(const OpeningMark&) = delete;
   ~OpeningMark();
 
+  // Keeps all other processes out from now on. False when one has the file open.
+  [[nodiscard]] bool KeepOthersOut();
+
  private:
   FileIdentity identity_;
   bool exclusive_;

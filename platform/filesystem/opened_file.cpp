@@ -21,6 +21,7 @@ namespace Orvix {
 
 namespace {
 
+constexpr LONG kLocked = 70;
 constexpr LONG kPathFileAccess = 75;
 constexpr LONG kPathNotFound = 76;
 
@@ -47,7 +48,7 @@ class Descriptor {
   int number_;
 };
 
-class NativeFile : public OpenedFile {
+class NativeFile : public ResolvedFile {
  public:
   NativeFile(Descriptor descriptor, bool readable, bool writable)
       : descriptor_(std::move(descriptor)), readable_(readable), writable_(writable) {}
@@ -56,7 +57,11 @@ class NativeFile : public OpenedFile {
     if (const int number = descriptor_.Release(); number >= 0) close(number);
   }
 
-  [[nodiscard]] int number() const { return descriptor_.get(); }
+  [[nodiscard]] int descriptor() const override { return descriptor_.get(); }
+  void Empty() override {
+    if (Retried([&] { return ftruncate(descriptor_.get(), 0); }) != 0) FailWithErrno(errno, FileTask::kCreate);
+  }
+  [[nodiscard]] bool KeepOthersOut() override { return mark_.has_value() && mark_->KeepOthersOut(); }
   void Mark(const struct stat& facts, bool output, bool exclusive) {
     mark_.emplace(descriptor_.get(), facts, output, exclusive);
   }
@@ -176,29 +181,44 @@ std::unique_ptr<OpenedFile> OpenNativeFile(TextView name, const OpenRequest& req
   return OpenResolved(native, request, /*empties=*/request.mode == kOxModeOutput);
 }
 
-std::unique_ptr<OpenedFile> OpenResolved(const NativeName& name, const OpenRequest& request, bool empties) {
-  // The lock takes a descriptor of its own: where there is no room for it, no
-  // empty file shall be left behind.
-  Descriptor room(Retried([] { return open("/", O_PATH | O_CLOEXEC); }));
-  if (room.get() < 0) FailWithErrno(errno, FileTask::kCreate);
-  auto [descriptor, flags] = OpenByRequest(name, request);
-  struct stat facts;
-  if (fstat(descriptor.get(), &facts) != 0) FailWithErrno(errno, FileTask::kExisting);
-  if (S_ISDIR(facts.st_mode)) throw RuntimeError{kPathFileAccess};
-  const bool regular = S_ISREG(facts.st_mode);
-  bool writable = flags != O_RDONLY;
-  if (writable && regular && (facts.st_mode & 0222) == 0) {
-    if (request.mode != kOxModeBinary || request.access != kOxAccessDefault) throw RuntimeError{kPathFileAccess};
-    writable = false;
+std::unique_ptr<ResolvedFile> OpenResolved(const NativeName& name, const OpenRequest& request, bool empties) {
+  // A file that is replaced as a whole keeps others out for a moment.
+  constexpr int kMoments = 5;
+  for (int moment = 0;; ++moment) {
+    // The lock takes a descriptor of its own: where there is no room for it, no
+    // empty file shall be left behind.
+    Descriptor room(Retried([] { return open("/", O_PATH | O_CLOEXEC); }));
+    if (room.get() < 0) FailWithErrno(errno, FileTask::kCreate);
+    auto [descriptor, flags] = OpenByRequest(name, request);
+    struct stat facts;
+    if (fstat(descriptor.get(), &facts) != 0) FailWithErrno(errno, FileTask::kExisting);
+    if (S_ISDIR(facts.st_mode)) throw RuntimeError{kPathFileAccess};
+    const bool regular = S_ISREG(facts.st_mode);
+    bool writable = flags != O_RDONLY;
+    if (writable && regular && (facts.st_mode & 0222) == 0) {
+      if (request.mode != kOxModeBinary || request.access != kOxAccessDefault) throw RuntimeError{kPathFileAccess};
+      writable = false;
+    }
+    if (!regular) ClearNonBlocking(descriptor.get());
+    auto file = std::make_unique<NativeFile>(std::move(descriptor), flags != O_WRONLY, writable);
+    if (!regular) return file;
+    close(room.Release());
+    try {
+      file->Mark(facts, /*output=*/request.mode != kOxModeBinary, !request.shared);
+    } catch (const RuntimeError& error) {
+      if (error.number != kLocked || moment == kMoments) throw;
+      usleep(200);
+      continue;
+    }
+    // Replaced before it was locked, it has no name any more.
+    struct stat there;
+    if (moment < kMoments && stat(name.path.c_str(), &there) == 0 &&
+        (there.st_ino != facts.st_ino || there.st_dev != facts.st_dev)) {
+      continue;
+    }
+    if (empties) file->Empty();
+    return file;
   }
-  if (!regular) ClearNonBlocking(descriptor.get());
-  auto file = std::make_unique<NativeFile>(std::move(descriptor), flags != O_WRONLY, writable);
-  if (!regular) return file;
-  const bool output = request.mode != kOxModeBinary;
-  close(room.Release());
-  file->Mark(facts, output, !request.shared);
-  if (empties && Retried([&] { return ftruncate(file->number(), 0); }) != 0) FailWithErrno(errno, FileTask::kCreate);
-  return file;
 }
 
 }  // namespace Orvix

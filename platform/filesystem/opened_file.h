@@ -16,9 +16,19 @@ namespace Orvix {
 // 70, 75, 76.
 [[nodiscard]] std::unique_ptr<OpenedFile> OpenNativeFile(TextView name, const OpenRequest& request);
 
+// One that a name leads to.
+class ResolvedFile : public OpenedFile {
+ public:
+  [[nodiscard]] virtual int descriptor() const = 0;
+  // Takes its content away.
+  virtual void Empty() = 0;
+  // Keeps all other processes out from now on. False when one has it open.
+  [[nodiscard]] virtual bool KeepOthersOut() = 0;
+};
+
 // The same for a name that was looked up; whether what was there goes at once.
-[[nodiscard]] std::unique_ptr<OpenedFile> OpenResolved(const NativeName& name, const OpenRequest& request,
-                                                       bool empties);
+[[nodiscard]] std::unique_ptr<ResolvedFile> OpenResolved(const NativeName& name, const OpenRequest& request,
+                                                         bool empties);
 
 // Writes all or fails (61, 57, 70). A reader that is gone, or the process's limit
 // on file sizes, is a failure and no signal.

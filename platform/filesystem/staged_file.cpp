@@ -124,7 +124,7 @@ StagedFile::StagedFile(int directory) : directory_(directory) {
 }
 
 int StagedFile::MakeFile(mode_t mode) {
-  descriptor_ = Retried([&] { return openat(directory_, ".", O_WRONLY | O_TMPFILE | O_CLOEXEC, mode); });
+  descriptor_ = Retried([&] { return openat(directory_, ".", O_RDWR | O_TMPFILE | O_CLOEXEC, mode); });
   if (descriptor_ >= 0) {
     if (HasEntries(descriptor_)) return 0;
     close(std::exchange(descriptor_, -1));  // there would be no way to name it
@@ -134,7 +134,7 @@ int StagedFile::MakeFile(mode_t mode) {
   for (;;) {
     const int error = UnderTemporaryName([&](const char* name) {
       descriptor_ =
-          Retried([&] { return openat(directory_, name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode); });
+          Retried([&] { return openat(directory_, name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode); });
       return descriptor_ >= 0 ? 0 : errno;
     });
     if (error != 0) return error;

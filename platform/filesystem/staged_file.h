@@ -28,7 +28,7 @@ class StagedFile {
   ~StagedFile();
 
   // One of these, once; an errno value, 0 for success. The process's mask applies
-  // to the modes of a file. The descriptor, open for writing, is this object's.
+  // to the modes of a file. The descriptor, open for both, is this object's.
   [[nodiscard]] int MakeFile(mode_t mode);
   [[nodiscard]] int MakeLink(const char* content);
   [[nodiscard]] int MakeSpecial(mode_t mode, dev_t device);

@@ -39,17 +39,21 @@ Place PlaceOf(const std::string& path) {
   return {slash == 0 ? "/" : path.substr(0, slash), path.substr(slash + 1)};
 }
 
+struct OpenDirectory {
+  int descriptor;
+  ~OpenDirectory() { close(descriptor); }
+};
+
 class StoredFile : public OpenedFile {
  public:
   // Takes over the open directory.
   StoredFile(int directory, std::string name, bool replaces)
-      : directory_(directory), name_(std::move(name)), replaces_(replaces), staged_(directory) {}
-  ~StoredFile() override { close(directory_); }
+      : directory_{directory}, name_(std::move(name)), replaces_(replaces), staged_(directory) {}
 
   [[nodiscard]] int Make(mode_t mode) { return staged_.MakeFile(mode); }
   [[nodiscard]] int descriptor() const { return staged_.descriptor(); }
   // The file that is going to be replaced stays open, and so counts as open for output.
-  void Hold(std::unique_ptr<OpenedFile> old) { old_ = std::move(old); }
+  void Hold(std::unique_ptr<ResolvedFile> old) { old_ = std::move(old); }
 
   std::size_t Read(void*, std::size_t) override { throw RuntimeError{kPathFileAccess}; }
   void Write(const void* bytes, std::size_t count) override {
@@ -67,6 +71,8 @@ class StoredFile : public OpenedFile {
   }
   void Close() override {
     if (spoiled_) return;
+    // Who else has the file open goes on with it.
+    if (old_ != nullptr && !old_->KeepOthersOut()) return WriteInPlace();
     // Nothing stood there when it was looked for: the name is taken at once, and
     // what came in between is replaced as any other.
     int taken = old_ == nullptr ? staged_.Commit(name_.c_str(), /*replace=*/false) : EEXIST;
@@ -78,11 +84,24 @@ class StoredFile : public OpenedFile {
   }
 
  private:
-  int directory_;
+  void WriteInPlace() {
+    old_->Empty();
+    SeekTo(0);
+    char bytes[64 * 1024];
+    for (;;) {
+      const ssize_t got = read(descriptor(), bytes, sizeof bytes);
+      if (got < 0 && errno != EINTR) FailWithErrno(errno, FileTask::kTransfer);
+      if (got == 0) break;
+      if (got > 0) WriteAll(old_->descriptor(), bytes, static_cast<std::size_t>(got));
+    }
+    old_->Close();
+  }
+
+  OpenDirectory directory_;  // outlives what is staged in it
   std::string name_;
   bool replaces_;
   StagedFile staged_;
-  std::unique_ptr<OpenedFile> old_;
+  std::unique_ptr<ResolvedFile> old_;
   bool spoiled_ = false;
 };
 
@@ -147,6 +166,12 @@ std::unique_ptr<StoredFile> StandIn(const std::string& path) {
   if (fstat(file, &made) != 0) return nullptr;
   const bool own = made.st_uid == facts.st_uid && made.st_gid == facts.st_gid;
   if (!own && fchown(file, facts.st_uid, facts.st_gid) != 0) return nullptr;
+  // What the directory gave it may let in more than the old file did.
+  constexpr char kRights[] = "system.posix_acl_access";
+  if (getxattr(path.c_str(), kRights, nullptr, 0) < 0 && fremovexattr(file, kRights) != 0 && errno != ENODATA &&
+      errno != EOPNOTSUPP) {
+    return nullptr;
+  }
   // Only a privileged user's write keeps all of them.
   const mode_t modes = facts.st_mode & (user == 0 ? 07777 : 01777);
   return CopyAttributes(path, file) && fchmod(file, modes) == 0 ? std::move(stored) : nullptr;
@@ -162,7 +187,9 @@ std::unique_ptr<OpenedFile> OpenStoredFile(const NativeName& name, const OpenReq
   if (is_new && found && !dangling) throw RuntimeError{S_ISDIR(facts.st_mode) ? kPathFileAccess : kAlreadyExists};
   // What could not be looked at may be there all the same: it is never emptied.
   if (!found && (is_new || errno == ENOENT)) return OpenNew(name, /*replaces=*/!is_new);
-  std::unique_ptr<OpenedFile> old = OpenResolved(name, request, /*empties=*/false);
+  // A pipe's reader would take a second opening for another writer.
+  if (stat(name.path.c_str(), &facts) == 0 && !S_ISREG(facts.st_mode)) return OpenResolved(name, request, true);
+  std::unique_ptr<ResolvedFile> old = OpenResolved(name, request, /*empties=*/false);
   if (is_new) {
     if (old->Length() != 0) throw RuntimeError{kAlreadyExists};
     return old;  // behind a link that led nowhere
@@ -173,8 +200,8 @@ std::unique_ptr<OpenedFile> OpenStoredFile(const NativeName& name, const OpenReq
     stored->Hold(std::move(old));
     return stored;
   }
-  old.reset();
-  return OpenResolved(name, request, /*empties=*/true);
+  old->Empty();
+  return old;
 }
 
 }  // namespace Orvix

@@ -91,6 +91,7 @@ struct Listing {
   ino_t inode;
   int watch;
   std::unordered_multimap<std::string, std::string> names;  // by their folded form
+  std::string moved_to;                                     // by the last notice, if it was of that
 
   void Add(std::string_view name) {
     const std::string folded = Folded(name);
@@ -126,7 +127,7 @@ class Listings {
                           IN_CREATE | IN_DELETE | IN_MOVE | IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_ONLYDIR);
     if (watch < 0) return nullptr;
     Forget(watch);
-    Listing made{directory.st_dev, directory.st_ino, watch, {}};
+    Listing made{directory.st_dev, directory.st_ino, watch, {}, {}};
     const OpenedDirectory opened = OpenDirectory(descriptor, ".");
     const bool whole = opened != nullptr && ReadNames(opened.get(), [&](std::string_view name) {
                                               if (made.names.size() <= kMostNames)
@@ -185,8 +186,15 @@ class Listings {
     const auto listing = std::find_if(listings_.begin(), listings_.end(),
                                       [&](const Listing& known) { return known.watch == notice.wd; });
     if (listing == listings_.end()) return;
+    // Two names that are exchanged look like two moves, the second of them from
+    // where the first one led: both are there afterwards.
+    const bool exchange = (notice.mask & IN_MOVED_FROM) != 0 && listing->moved_to == notice.name;
+    listing->moved_to = (notice.mask & IN_MOVED_TO) != 0 ? notice.name : "";
     if ((notice.mask & (IN_CREATE | IN_MOVED_TO)) != 0) {
       listing->Add(notice.name);
+    } else if (exchange) {
+      inotify_rm_watch(queue_, listing->watch);
+      listings_.erase(listing);
     } else if ((notice.mask & (IN_DELETE | IN_MOVED_FROM)) != 0) {
       listing->Remove(notice.name);
     } else if ((notice.mask & IN_MOVE_SELF) == 0) {

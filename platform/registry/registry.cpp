@@ -70,6 +70,12 @@ Registry::Registry() {
       [] { Instance().mutex_.unlock(); }, [] { Instance().mutex_.unlock(); });
 }
 
+void Registry::OpenToRead() {
+  constexpr std::size_t kMostKnown = 256;
+  store_.OpenToRead();
+  if (store_.sql().HasChanged() || known_.keys.size() + known_.values.size() > kMostKnown) known_ = {};
+}
+
 KeyId Registry::IdOf(HKEY key) const {
   const auto value = reinterpret_cast<std::intptr_t>(key);
   for (KeyId root = 1; root <= kRoots; ++root) {
@@ -78,8 +84,9 @@ KeyId Registry::IdOf(HKEY key) const {
   if (value <= 0 || value > std::numeric_limits<LONG>::max()) throw Failure{kBadHandle};
   const auto found = handles_.find(static_cast<LONG>(value));
   if (found == handles_.end()) throw Failure{kBadHandle};
-  // A key of a store that is gone is deleted.
-  return found->second.mark == store_.mark() ? found->second.key : std::numeric_limits<KeyId>::max();
+  const auto& [key_id, mark] = found->second;
+  // A key of a store that is gone is deleted; roots are in each.
+  return IsRoot(key_id) || mark == store_.mark() ? key_id : std::numeric_limits<KeyId>::max();
 }
 
 Registry::Place Registry::Locate(HKEY key) {
@@ -135,7 +142,7 @@ HKEY Registry::NewHandle(KeyId key) {
 LONG Registry::CreateKey(HKEY key, TextView path, HKEY* opened, DWORD* disposition) {
   const Operation operation(*this);
   DWORD kind = kOpenedExisting;
-  store_.OpenToRead();
+  OpenToRead();
   KeyId found = Find(Locate(key), path);
   if (found == 0) {
     store_.OpenToWrite();
@@ -150,15 +157,18 @@ LONG Registry::CreateKey(HKEY key, TextView path, HKEY* opened, DWORD* dispositi
 
 LONG Registry::OpenKey(HKEY key, TextView path, HKEY* opened) {
   const Operation operation(*this);
-  store_.OpenToRead();
+  OpenToRead();
   const KeyId id = IdOf(key);
   if (path.empty() && IsRoot(id)) {
     *opened = MakeRootKey(kRootValues[id - 1]);
     return kSuccess;
   }
-  SqlTransaction reading(store_.sql(), /*writes=*/false);
-  const KeyId found = Find(Locate(key), path);
-  reading.Commit();
+  KeyId& found = known_.keys[{id, Text(path)}];
+  if (found == 0) {
+    SqlTransaction reading(store_.sql(), /*writes=*/false);
+    found = Find(Locate(key), path);
+    reading.Commit();
+  }
   if (found == 0) return kNotFound;
   *opened = NewHandle(found);
   return kSuccess;
@@ -206,8 +216,15 @@ LONG Registry::SetValue(HKEY key, TextView name, DWORD type, std::string_view da
 
 LONG Registry::QueryValue(HKEY key, TextView name, FoundValue* value) {
   const Operation operation(*this);
-  store_.OpenToRead();
-  SqlQuery found(store_.sql(), "SELECT type, data FROM vals WHERE key = ? AND folded = ?", IdOf(key),
+  OpenToRead();
+  constexpr std::size_t kMostKept = 4096;  // bytes
+  const KeyId id = IdOf(key);
+  const auto known = known_.values.find({id, Text(name)});
+  if (known != known_.values.end()) {
+    *value = known->second;
+    return kSuccess;
+  }
+  SqlQuery found(store_.sql(), "SELECT type, data FROM vals WHERE key = ? AND folded = ?", id,
                  TextView(FoldName(name)));
   if (!found.Next()) {
     static_cast<void>(Locate(key));
@@ -215,6 +232,7 @@ LONG Registry::QueryValue(HKEY key, TextView name, FoundValue* value) {
   }
   value->type = static_cast<DWORD>(found.Number(0));
   value->data = found.Bytes(1);
+  if (value->data.size() <= kMostKept) known_.values[{id, Text(name)}] = *value;
   return kSuccess;
 }
 
@@ -234,7 +252,7 @@ LONG Registry::Enumerate(HKEY key, bool values, DWORD index, FoundValue* item) {
       "SELECT folded, name, type, data FROM vals WHERE key = ? AND folded >= ? ORDER BY folded LIMIT 1 OFFSET ?",
   };
   const Operation operation(*this);
-  store_.OpenToRead();
+  OpenToRead();
   Enumeration now{key, values, store_.mark(), 0, store_.sql().TotalChanges(), index + 1};
   {
     SqlQuery version(store_.sql(), "PRAGMA data_version");
@@ -260,7 +278,7 @@ LONG Registry::Enumerate(HKEY key, bool values, DWORD index, FoundValue* item) {
 
 Text Registry::Faults() {
   const Operation operation(*this);
-  store_.OpenToRead();
+  OpenToRead();
   return store_.Faults();
 }
 

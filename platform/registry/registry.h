@@ -4,6 +4,7 @@
 #ifndef ORVIX_PLATFORM_REGISTRY_REGISTRY_H
 #define ORVIX_PLATFORM_REGISTRY_REGISTRY_H
 
+#include <map>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -72,7 +73,14 @@ class Registry {
     Text folded{};
   };
 
+  // What was read since the store last changed, by key and path or name.
+  struct Known {
+    std::map<std::pair<KeyId, Text>, KeyId> keys;
+    std::map<std::pair<KeyId, Text>, FoundValue> values;
+  };
+
   Registry();
+  void OpenToRead();
   // 6 for a handle that is not open. Ids above the roots may be of deleted keys.
   [[nodiscard]] KeyId IdOf(HKEY key) const;
   // The key behind a handle, in the open store; 1018 when it was deleted.
@@ -87,6 +95,7 @@ class Registry {
   std::unordered_map<LONG, Handle> handles_;
   LONG last_handle_ = 0;
   Enumeration last_;
+  Known known_;
 };
 
 }  // namespace Orvix::registry

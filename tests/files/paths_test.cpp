@@ -1,7 +1,13 @@
 // Paths and directories on real files.
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+
+#include <cstdio>
+#include <fstream>
+#include <random>
+#include <set>
 
 #include "orvix/runtime.h"
 #include "tests/support/component.h"
@@ -219,6 +225,54 @@ TEST_F(PathsTest, NewerComparesWholeSecondsStrictly) {
   EXPECT_FALSE(IsNewer(files_.Name(u"\\new"), files_.Name(u"\\new")));
   EXPECT_FALSE(IsNewer(files_.Name(u"\\new"), files_.Name(u"\\none")));
   EXPECT_TRUE(IsNewer(files_.Name(u""), files_.Name(u"\\old")));
+}
+
+// Others make, delete, rename and exchange entries while other spellings of them
+// are looked for; the directory is large enough to be remembered.
+TEST_F(PathsTest, ALargeDirectoryIsSeenAsItIsNow) {
+  const auto native = [&](int number) { return files_.Native("name " + std::to_string(number)); };
+  std::mt19937 random(7);
+  std::set<int> there;
+  const auto fill = [&] {
+    for (int number = 0; number < 200; number += 2) {
+      std::ofstream(native(number)).put('x');
+      there.insert(number);
+    }
+  };
+  fill();
+  for (int step = 0; step < 600; ++step) {
+    const int one = static_cast<int>(random() % 200);
+    const int other = static_cast<int>(random() % 200);
+    switch (there.contains(one) ? random() % 3 : 3) {
+      case 0:
+        std::filesystem::remove(native(one));
+        there.erase(one);
+        break;
+      case 1:
+        std::filesystem::rename(native(one), native(other));
+        there.erase(one);
+        there.insert(other);
+        break;
+      case 2:
+        if (there.contains(other)) {
+          renameat2(AT_FDCWD, native(one).c_str(), AT_FDCWD, native(other).c_str(), RENAME_EXCHANGE);
+        }
+        break;
+      default:
+        std::ofstream(native(one)).put('x');
+        there.insert(one);
+        break;
+    }
+    if (step % 150 == 149) {
+      std::filesystem::remove_all(files_.Native(""));
+      std::filesystem::create_directory(files_.Native(""));
+      there.clear();
+      fill();
+    }
+    for (const int number : {one, other}) {
+      EXPECT_EQ(FileExists(files_.Name(u"\\NAME " + FromUtf8(std::to_string(number)))), there.contains(number)) << step;
+    }
+  }
 }
 
 }  // namespace

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -117,6 +119,72 @@ TEST_F(StoringFaultsTest, AStoredFileKeepsItsPlace) {
   stat(directory_.Native("file").c_str(), &facts);
   EXPECT_EQ(facts.st_mode & 07777, 0640U);
   EXPECT_EQ(Entries(), 4);
+}
+
+// A default list of rights in the directory lets a user in whom the file keeps out.
+TEST_F(StoringFaultsTest, AStoredFileKeepsItsRightsAndAttributes) {
+  directory_.Write("file", "old");
+  const std::string file = directory_.Native("file");
+  constexpr std::uint16_t kEntries[][4] = {{1, 7, 0xFFFF, 0xFFFF},
+                                           {2, 6, 1234, 0},
+                                           {4, 4, 0xFFFF, 0xFFFF},
+                                           {16, 6, 0xFFFF, 0xFFFF},
+                                           {32, 0, 0xFFFF, 0xFFFF}};
+  std::string rights("\2\0\0\0", 4);
+  rights.append(reinterpret_cast<const char*>(kEntries), sizeof kEntries);
+  if (setxattr(directory_.Native("").c_str(), "system.posix_acl_default", rights.data(), rights.size(), 0) != 0 ||
+      setxattr(file.c_str(), "user.note", "mine", 4, 0) != 0) {
+    GTEST_SKIP() << "a file system without attributes";
+  }
+  chmod(file.c_str(), 0640);
+  Global().StoreData(Named(u"file"), "new");
+  char note[8] = {};
+  EXPECT_EQ(getxattr(file.c_str(), "system.posix_acl_access", nullptr, 0), -1);
+  EXPECT_EQ(getxattr(file.c_str(), "user.note", note, sizeof note), 4);
+  EXPECT_STREQ(note, "mine");
+  EXPECT_EQ(directory_.Read("file"), "new");
+}
+
+TEST_F(StoringFaultsTest, WhoHasTheFileOpenGoesOnWithIt) {
+  directory_.Write("file", "old content");
+  const int other = open(directory_.Native("file").c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(flock(other, LOCK_SH), 0);  // as another process's shared opening
+  Global().StoreData(Named(u"file"), "new");
+  char content[16] = {};
+  EXPECT_EQ(pread(other, content, sizeof content, 0), 3);
+  EXPECT_STREQ(content, "new");
+  EXPECT_EQ(pwrite(other, "more", 4, 3), 4);
+  close(other);
+  EXPECT_EQ(directory_.Read("file"), "newmore");
+  EXPECT_EQ(Entries(), 1);
+}
+
+TEST_F(StoringFaultsTest, WhatCannotGetItsNameLeavesNothing) {
+  ASSERT_EQ(Open(directory_.Name(u"\\name"), 1, kOxModeStore, kOxAccessWrite, kOxShareShared), 0);
+  ASSERT_EQ(Print(1, u"text"), 0);
+  std::filesystem::create_directory(directory_.Native("name"));
+  EXPECT_EQ(Close(1), 75);
+  OxCloseFile(1);
+  EXPECT_EQ(Entries(), 1);
+}
+
+// The reader sees one writer, and the end of file behind its text.
+TEST_F(StoringFaultsTest, APipeIsOpenedOnce) {
+  ASSERT_EQ(mkfifo(directory_.Native("pipe").c_str(), 0600), 0);
+  for (int round = 0; round < 300; ++round) {
+    const int end = open(directory_.Native("pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    fcntl(end, F_SETFL, 0);
+    std::string got;
+    std::thread reader([&] {
+      for (char byte = 0; got.size() < 3;) {
+        if (const ssize_t read_now = read(end, &byte, 1); read_now == 1) got += byte;
+      }
+    });
+    EXPECT_EQ(NumberOf([&] { Global().StoreData(Named(u"pipe"), "abc"); }), 0);
+    reader.join();
+    close(end);
+    EXPECT_EQ(got, "abc");
+  }
 }
 
 TEST_F(StoringFaultsTest, AReaderThatGoesAwayIsAnError) {

@@ -140,6 +140,7 @@ TEST_F(OutOfMemoryTest, IsReportedAndFallsBack) {
       {u"replacing", [&](BSTR* r) { return orvix_->MyReplace(list, wanted, wanted, &no, &count, r); }, ViewOf(list),
        99},
       {u"GetElement", [&](BSTR* r) { return buffer->GetElement(1, comma.get(), r); }, u"", 99},
+      {u"SuperLTrim2", [&](BSTR* r) { return orvix_->SuperLTrim2(list, r); }, ViewOf(list), 99},
   };
   for (const auto& member : members) {
     const auto call = [&](LongTextsFail&&) {

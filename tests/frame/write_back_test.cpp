@@ -142,6 +142,27 @@ TEST_F(WriteBackTest, AlsoWhenTheMemberFails) {
   SafeArrayDestroy(array);
 }
 
+TEST_F(WriteBackTest, AnArrayInAVariableIsFreeAgainAfterTheCall) {
+  Variant array;
+  array.Address()->vt = VT_ARRAY | VT_VARIANT;
+  array.Address()->parray = SafeArrayCreateVector(VT_VARIANT, 0, 1);
+  Variant least;
+  EXPECT_EQ(
+      InvokeNamed(orvix_.get(), u"Min", DISPATCH_METHOD, {ByReference(VT_VARIANT, array.Address())}, least.Receive()),
+      S_OK);
+  EXPECT_EQ(array.get().parray->cLocks, 0);
+}
+
+// A decimal shares its first bytes with the type word.
+TEST_F(WriteBackTest, ADecimalVariableTakesTheWholeNumber) {
+  DECIMAL decimal{};
+  decimal.wReserved = 0x5A5A;
+  decimal.Lo64 = 17;
+  EXPECT_EQ(Trim(u"ab   ", ByReference(VT_DECIMAL, &decimal)), S_OK);
+  EXPECT_EQ(decimal.Lo64, 3U);
+  EXPECT_EQ(decimal.wReserved, 0x5A5A);
+}
+
 TEST_F(WriteBackTest, WhatIsOnlyReadStaysAsItIs) {
   // A separator of another type, in a VARIANT and in a typed variable.
   const Variant list(u"152535");

@@ -91,14 +91,17 @@ TEST_F(NumbersTest, Parity) {
 TEST_F(NumbersTest, RandomNumbersFillTheirBoundsAndNoMore) {
   std::set<LONG> dice;
   std::set<LONG> swapped;
+  std::set<LONG> below;
   for (int i = 0; i < 2000; ++i) {
     dice.insert(Random(6, 1));
     swapped.insert(Random(1, 5));
     EXPECT_EQ(Random(5, 5), 5);
+    below.insert(Random(-1, -6));
     EXPECT_EQ(Random(0, 1), 1);         // no span at all
     EXPECT_LE(Random(kLargest, 0), 0);  // the span wraps
   }
   EXPECT_EQ(dice, (std::set<LONG>{1, 2, 3, 4, 5, 6}));
+  EXPECT_EQ(below, (std::set<LONG>{-6, -5, -4, -3, -2, -1}));
   swapped.erase(5);  // comes with the random number 0 only
   EXPECT_EQ(swapped, (std::set<LONG>{2, 3, 4}));
 }

@@ -98,6 +98,29 @@ TEST_F(ReplacingTest, CaseIsThatOfEveryAlphabet) {
   EXPECT_EQ(ReplaceNoCase(u"\U00010428\U00010400..", u"\U00010428", u"d"), (Replaced{u"dd..", 2}));
 }
 
+// A near miss in the middle, and more occurrences than are kept from the count.
+TEST_F(ReplacingTest, EveryUnitOfATargetCountsAndEveryOccurrence) {
+  for (const std::size_t width : {3, 5, 6, 7, 12, 600}) {
+    const Text target = u"<" + Text(width - 2, u'x') + u">";
+    for (std::size_t wrong = 1; wrong + 1 < width; wrong += width > 20 ? 97 : 1) {
+      Text miss = target;
+      miss[wrong] = u'y';
+      EXPECT_EQ(Replace(miss + target + u"..", target, u"-"), (Replaced{miss + u"-..", 1})) << width << " " << wrong;
+      EXPECT_EQ(ReplaceNoCase(miss + target + u"..", target, u"-"), (Replaced{miss + u"-..", 1})) << width;
+    }
+  }
+  constexpr std::size_t kMany = 70'000;
+  Text twice;
+  for (std::size_t i = 0; i < kMany; ++i) twice += u"bb";
+  EXPECT_TRUE(Replace(Text(kMany, u'a') + u"..", u"a", u"bb") == (Replaced{twice + u"..", kMany}));
+  // Occurrences that overlap across blocks: the first of them counts.
+  EXPECT_TRUE(ReplaceNoCase(Text(5000, u'a') + u"..", u"AAA", u"b") == (Replaced{Text(1666, u'b') + u"aa..", 1666}));
+  // The second half of a pair's capital, wherever a block ends.
+  const Text before = Text(2047, u'-') + u"\xD801";
+  const Text behind(100, u'-');
+  EXPECT_TRUE(ReplaceNoCase(before + u"\xDC28" + behind, u"\xDC00", u"!") == (Replaced{before + u"!" + behind, 1}));
+}
+
 // Pairs of surrogates are told apart wherever they stand in a long text.
 TEST_F(ReplacingTest, PairsStayWholeInLongTexts) {
   for (const std::size_t before : {510, 511, 512, 2045, 2046, 2047, 2048, 2049, 4094, 4095, 4096}) {
@@ -131,6 +154,10 @@ TEST_F(ReplacingTest, OptionalArgumentsMayBeLeftOut) {
   EXPECT_EQ(
       Returned([&](BSTR* result) { return orvix_->MyReplace(nullptr, nullptr, nullptr, nullptr, nullptr, result); }),
       u"");
+  EXPECT_EQ(Returned([&](BSTR* result) {
+              return orvix_->MyReplace(nullptr, target.get(), text.get(), nullptr, nullptr, result);
+            }),
+            u"");
 }
 
 }  // namespace

@@ -238,6 +238,23 @@ TEST_F(EnumerationTest, GivesKeysAndValuesInOrderAndTheirSizes) {
   EXPECT_EQ(type, REG_SZ);
 }
 
+// In the middle of an enumeration, by this process and by another one.
+TEST_F(EnumerationTest, CountsWhatIsThereNow) {
+  for (const char* name : {"b", "d", "f", "h"}) ASSERT_EQ(SetBytes(User(), name, 3, "x"), 0);
+  const auto nth = [](DWORD index) -> std::string {
+    char name[8] = {};
+    DWORD characters = sizeof name;
+    const LONG code = RegEnumValueA(User(), index, name, &characters, nullptr, nullptr, nullptr, nullptr);
+    return code == 0 ? name : std::to_string(code);
+  };
+  EXPECT_EQ(nth(0) + nth(1), "bd");
+  ASSERT_EQ(SetBytes(User(), "a", 3, "x"), 0);
+  EXPECT_EQ(nth(2) + nth(3), "df");
+  EXPECT_EQ(InChild([&] { return RegDeleteValueA(User(), "b") == 0 ? 0 : 1; }), 0);
+  EXPECT_EQ(nth(4), "259");
+  EXPECT_EQ(nth(3) + nth(0) + nth(1), "had");
+}
+
 TEST_F(EnumerationTest, DeletingTheFirstUntilNoneIsLeftTerminates) {
   for (int i = 0; i < 50; ++i) ASSERT_EQ(SetBytes(User(), ("v" + std::to_string(i)).c_str(), 3, "x"), 0);
   int deleted = 0;

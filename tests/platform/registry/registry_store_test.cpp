@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 
 #include <sqlite3.h>
 
@@ -146,6 +147,32 @@ TEST_F(StoreTest, ABusyStoreIsAClearResult) {
   EXPECT_EQ(GetBytes(User(), "x"), "old");
   sqlite3_close(other);
   EXPECT_EQ(SetBytes(User(), "x", 3, "new"), 0);
+}
+
+// A program's timer does not end the waiting.
+TEST_F(StoreTest, SignalsDoNotShortenTheWaiting) {
+  ASSERT_EQ(SetBytes(User(), "x", 3, "old"), 0);
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(File().c_str(), &other), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  signal(SIGALRM, [](int) {});
+  const itimerval often{{0, 2000}, {0, 2000}};
+  const itimerval never{};
+  setitimer(ITIMER_REAL, &often, nullptr);
+  std::thread ends([&] {
+    usleep(300'000);
+    sqlite3_close(other);
+  });
+  EXPECT_EQ(SetBytes(User(), "x", 3, "new"), 0);
+  setitimer(ITIMER_REAL, &never, nullptr);
+  signal(SIGALRM, SIG_DFL);
+  ends.join();
+}
+
+TEST_F(StoreTest, AHandleToARootIsOlderThanTheStore) {
+  const HKEY root = CreateKey(User(), "");
+  EXPECT_EQ(SetBytes(root, "x", 3, "1"), 0);
+  EXPECT_EQ(GetBytes(User(), "x"), "1");
 }
 
 TEST_F(StoreTest, AFileThatIsNoStoreIsDamageAndLeftAlone) {
