@@ -126,9 +126,10 @@ const Thing kThings[] = {
     {"registry values written", 250, 16'000, 1.1,
      [](LONG n) {
        return [n] {
+         static int keys = 0;
          HKEY key = nullptr;
-         RegCreateKeyExW(MakeRootKey(kCurrentUser), FromUtf8("Growth " + std::to_string(n)).c_str(), 0, nullptr, 0, 31,
-                         nullptr, &key, nullptr);
+         RegCreateKeyExW(MakeRootKey(kCurrentUser), FromUtf8("Growth " + std::to_string(++keys)).c_str(), 0, nullptr, 0,
+                         31, nullptr, &key, nullptr);
          for (LONG i = 0; i < n; ++i) {
            RegSetValueExW(key, FromUtf8(std::to_string(i)).c_str(), 0, 4, reinterpret_cast<const BYTE*>(&i), 4);
          }

@@ -199,6 +199,10 @@ TEST(WrapperDirectory, RecordsAreOwned) {
   Directory directory;
   directory.Init(folder + u"*.txt");
   ASSERT_EQ(directory.NumFiles(), 2);
+  Directory empty;
+  empty.SortFilesDate();
+  empty.SoftFilesDateEx(false);
+  empty.SortFilesName(true);
   directory.SortFilesName(true);
   const DirectoryEntry entry = directory.File(1);
   EXPECT_EQ(entry.file, "B.TXT");

@@ -51,10 +51,16 @@ class Directory : public Object<_classDirectory> {
   }
   // Positions from 1 to NumFiles: error 61206 outside.
   [[nodiscard]] DirectoryEntry File(LONG index) const { return Get<DirectoryEntry>(&I::File, index); }
-  // The sorts do not return on an empty list: look at NumFiles first.
-  void SortFilesDate() { Call(&I::SortFilesDate); }
-  void SoftFilesDateEx(bool ascending) { Call(&I::SoftFilesDateEx, ascending); }
-  void SortFilesName(bool ascending) { (void)Get<Value>(&I::SortFilesName, ascending); }
+  // Sorting an empty list by the members themselves never returns; here it does.
+  void SortFilesDate() {
+    if (NumFiles() != 0) Call(&I::SortFilesDate);
+  }
+  void SoftFilesDateEx(bool ascending) {
+    if (NumFiles() != 0) Call(&I::SoftFilesDateEx, ascending);
+  }
+  void SortFilesName(bool ascending) {
+    if (NumFiles() != 0) (void)Get<Value>(&I::SortFilesName, ascending);
+  }
   [[nodiscard]] String GetFileName(LONG index) const { return Get<String>(&I::GetFileName, index); }
 };
 
