@@ -20,7 +20,7 @@ template <class Reference>
 class AnsiArgument {
  public:
   explicit AnsiArgument(Reference variable) : variable_(variable), bytes_(variable.View().size(), '\0') {
-    exact_ = Narrow(variable.View(), reinterpret_cast<BYTE*>(bytes_.data()));
+    exact_ = NarrowForCall(variable.View(), bytes_.data());
   }
   [[nodiscard]] const char* get() const { return bytes_.c_str(); }
   void WriteBack() {
@@ -34,18 +34,12 @@ class AnsiArgument {
 };
 
 // Bytes in low memory, followed by a NUL, whose address a 32-bit field of a
-// packed record carries. Converted in place and by the platform, which knows
-// then whether a "?" at that address is the caller's own or stands for a
-// character that was lost. Error 7 when low memory is exhausted.
+// packed record carries. Error 7 when low memory is exhausted.
 class LowText {
  public:
   explicit LowText(TextView text) : size_(text.size()) {
     if (!bytes_.Resize(size_ + 1)) RaiseRuntimeError(kOutOfMemory);
-    if (size_ > 0) {
-      const auto units = static_cast<INT>(size_);
-      WideCharToMultiByte(CP_ACP, 0, text.data(), units, reinterpret_cast<char*>(bytes_.data()), units, nullptr,
-                          nullptr);
-    }
+    NarrowForCall(text, reinterpret_cast<char*>(bytes_.data()));
     bytes_.data()[size_] = 0;
   }
   [[nodiscard]] LONG Address() const { return static_cast<LONG>(reinterpret_cast<std::uintptr_t>(bytes_.data())); }

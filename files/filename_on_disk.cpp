@@ -36,6 +36,18 @@ void ReadInto(SHORT number, BSTR text, LONG size) {
   std::fill(text + done, text + size, u' ');
 }
 
+// The same for files that hold several bytes a character: as long as what they say.
+BstrHandle ReadDecoded(SHORT number, LONG size) {
+  std::vector<char> bytes(static_cast<std::size_t>(size));
+  CheckRuntime(OxSeekFile(number, 1));
+  LONG got = 0;
+  if (size > 0) CheckRuntime(OxGetFile(number, bytes.data(), size, &got));
+  BstrHandle text;
+  CheckRuntime(OxTextOfFile(bytes.data(), got, text.Receive()));
+  if (got == size) return text;
+  return BstrHandle(Text(text.View()).append(static_cast<std::size_t>(size - got), u' '));
+}
+
 // A text holds 2^31 - 1 bytes at most, and lengths beyond wrap: such a file still
 // has bytes there. Generated files, which have no such place, are not.
 bool IsOversized(SHORT number) {
@@ -65,14 +77,19 @@ BstrHandle classFilename::GetFile() {
     CheckFreeFileNumber();
     const LONG size = FileSize();
     if (size < 0) RaiseRuntimeError(kOutOfMemory);
+    const bool decodes = OxFileText() != CP_ACP;
     BstrHandle text;
-    *text.Receive() = SysAllocStringLen(nullptr, static_cast<UINT>(size));
+    *text.Receive() = SysAllocStringLen(nullptr, decodes ? 0 : static_cast<UINT>(size));
     if (text.get() == nullptr) throw std::bad_alloc();
     // For reading only: a file that has gone since the test is a failure, and is not
     // made again.
     const SHORT number = OpenFree(CompleteFilename(), kSharedBinaryRead);
     if (IsOversized(number)) RaiseRuntimeError(kOutOfMemory);
-    ReadInto(number, text.get(), size);
+    if (decodes) {
+      text = ReadDecoded(number, size);
+    } else {
+      ReadInto(number, text.get(), size);
+    }
     CheckRuntime(OxCloseFile(number));
     return text;
   });

@@ -64,9 +64,17 @@ bool Narrow(TextView text, BYTE* bytes) noexcept {
   return substituted == 0;
 }
 
+bool NarrowForCall(TextView text, char* bytes) {
+  if (text.empty()) return true;
+  const auto units = static_cast<INT>(text.size());
+  BOOL substituted = 0;
+  WideCharToMultiByte(CP_ACP, 0, text.data(), units, bytes, units, nullptr, &substituted);
+  return substituted == 0;
+}
+
 std::string Narrowed(TextView text) {
   std::string bytes(text.size(), '\0');
-  Narrow(text, reinterpret_cast<BYTE*>(bytes.data()));
+  NarrowForCall(text, bytes.data());
   return bytes;
 }
 

@@ -14,6 +14,9 @@ namespace Orvix::component {
 // Writes text.size() bytes. False when a unit that the code page lacks became
 // the substitute.
 bool Narrow(TextView text, BYTE* bytes) noexcept;
+// For the platform's narrow functions: converted in place and by the platform, which
+// then knows what stands behind each substitute. True when nothing was substituted.
+bool NarrowForCall(TextView text, char* bytes);
 [[nodiscard]] std::string Narrowed(TextView text);
 // Every byte has a unit, so nothing is lost.
 [[nodiscard]] BstrHandle Widened(std::string_view bytes);

@@ -98,7 +98,7 @@ class Walk {
 }  // namespace
 
 bool ServiceTakes(TextView name) {
-  return name.find_first_of(u"*?\\") == TextView::npos && examples::FitsCodePage(name);
+  return name.find_first_of(u"*?\\") == TextView::npos;  // wildcards, and what separates directories here
 }
 
 Text NameForService(const std::string& native) {

@@ -77,9 +77,9 @@ std::vector<String> ReadRows(const Options& options, const examples::Progress& p
   return rows;
 }
 
-std::vector<std::string> TableOf(const std::vector<String>& rows, examples::WidthIn measure) {
+std::vector<std::string> TableOf(const std::vector<String>& rows) {
   constexpr std::size_t kSizeColumn = 2;
-  return examples::TableLines(rows, kCellSeparator, {"Name", "Extension", "Size", "Date"}, kSizeColumn, measure);
+  return examples::TableLines(rows, kCellSeparator, {"Name", "Extension", "Size", "Date"}, kSizeColumn);
 }
 
 }  // namespace catalogue

@@ -22,7 +22,7 @@ inline constexpr char16_t kCellSeparator[] = u"/";
 [[nodiscard]] std::vector<Orvix::String> ReadRows(const Options& options, const examples::Progress& progress);
 
 // The lines of the table, the heading first.
-[[nodiscard]] std::vector<std::string> TableOf(const std::vector<Orvix::String>& rows, examples::WidthIn measure);
+[[nodiscard]] std::vector<std::string> TableOf(const std::vector<Orvix::String>& rows);
 
 }  // namespace catalogue
 

@@ -14,6 +14,8 @@ namespace {
 
 using examples::Count;
 
+constexpr UINT kUtf8 = 65001;
+
 std::string Joined(const std::vector<std::string>& lines) {
   std::string text;
   for (const std::string& line : lines) text += line;
@@ -24,20 +26,14 @@ std::string Summary(std::size_t count, const catalogue::Options& options) {
   return (options.directories ? Count(count, "directory", "directories") : Count(count, "file", "files")) + "\n";
 }
 
-// The file is written in the ANSI code page. What that cannot hold is a "?"
-// there, and the person who reads the table later should know.
 void Store(const std::vector<std::string>& lines, const std::string& summary, const std::string& file) {
   const Orvix::Filename name(examples::QualifiedName(file));
   Orvix::Global().StoreData(name, Joined(lines) + summary);
-  const auto lossy = static_cast<std::size_t>(std::ranges::count_if(
-      lines, [](const std::string& line) { return !examples::FitsCodePage(Orvix::FromUtf8(line)); }));
-  if (lossy == 0) return;
-  std::fprintf(stderr, "catalogue: %s characters that %s cannot hold; they are \"?\" there.\n",
-               Count(lossy, "row has", "rows have").c_str(), file.c_str());
 }
 
 int Run(const catalogue::Options& options) {
   CoInitialize(nullptr);
+  Orvix::Check(OxSetFileText(kUtf8));
   examples::Stages stages;
   const auto progress = [&](const std::string& stage) { stages.Show(stage); };
   const std::vector<Orvix::String> rows = catalogue::ReadRows(options, progress);
@@ -46,7 +42,7 @@ int Run(const catalogue::Options& options) {
   const bool store = !options.output.empty();
   std::vector<std::string> lines;
   if (!rows.empty()) {
-    lines = catalogue::TableOf(rows, store ? examples::WidthIn::kUnits : examples::WidthIn::kCharacters);
+    lines = catalogue::TableOf(rows);
   }
   stages.Show(store ? "writing " + options.output : "printing");
   if (!store) {

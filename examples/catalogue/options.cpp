@@ -28,8 +28,7 @@ void AddOptions(CLI::App& app, Options& options) {
   app.add_flag("--directories", options.directories, "the subdirectories in place of the files")->excludes(mask);
   app.add_flag("--hidden", options.hidden, "hidden entries too (names that start with a point)");
   app.add_option("--output", options.output,
-                 "the table to a file, which it replaces; missing directories are made; characters outside "
-                 "Windows-1252 become \"?\"")
+                 "the table to a file in UTF-8, which it replaces; missing directories are made")
       ->type_name("FILE")
       ->check(WrongOutput);
   app.footer("Exit status: 0 done, 1 the directory cannot be listed or the table not written,\n2 wrong command line.");

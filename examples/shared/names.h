@@ -32,17 +32,6 @@ inline std::string NativeName(const Orvix::Text& name) {
   return native.text;
 }
 
-// Whether the text comes back from the ANSI code page as it went in.
-inline bool FitsCodePage(Orvix::TextView text) {
-  const auto units = static_cast<INT>(text.size());
-  std::string bytes(text.size(), '\0');  // one byte a unit
-  Orvix::Text back(text.size(), u'\0');
-  if (units == 0) return true;
-  const INT made = WideCharToMultiByte(CP_ACP, 0, text.data(), units, bytes.data(), units, nullptr, nullptr);
-  return made == units && MultiByteToWideChar(CP_ACP, 0, bytes.data(), made, back.data(), units) == units &&
-         back == text;
-}
-
 // A bound of the date filter; empty is none.
 inline void RequireDate(const std::string& option, const std::string& bound) {
   if (bound.empty()) return;

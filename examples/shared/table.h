@@ -19,12 +19,8 @@ inline std::string Printable(Orvix::TextView cell) {
   return Orvix::ToUtf8(text);
 }
 
-// What a cell's width is counted in: characters line up on a terminal, code
-// units in a file of one byte a unit.
-enum class WidthIn { kCharacters, kUnits };
-
-inline std::size_t WidthOf(const std::string& utf8, WidthIn measure) {
-  if (measure == WidthIn::kUnits) return Orvix::FromUtf8(utf8).size();
+// In characters, which line up on a terminal.
+inline std::size_t WidthOf(const std::string& utf8) {
   return static_cast<std::size_t>(
       std::ranges::count_if(utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
@@ -32,8 +28,7 @@ inline std::size_t WidthOf(const std::string& utf8, WidthIn measure) {
 // One line a row below the heading, in columns as wide as their widest cell.
 // The column `to_the_right`, counted from 0, holds numbers.
 inline std::vector<std::string> TableLines(const std::vector<Orvix::String>& rows, Orvix::TextView separator,
-                                           const std::vector<std::string>& heading, std::size_t to_the_right,
-                                           WidthIn measure = WidthIn::kCharacters) {
+                                           const std::vector<std::string>& heading, std::size_t to_the_right) {
   const auto& orvix = Orvix::Global();
   std::vector<std::vector<std::string>> cells{heading};
   for (const Orvix::String& row : rows) {
@@ -46,14 +41,14 @@ inline std::vector<std::string> TableLines(const std::vector<Orvix::String>& row
   }
   std::vector<std::size_t> widths(heading.size());
   for (const auto& line : cells) {
-    for (std::size_t i = 0; i < widths.size(); ++i) widths[i] = std::max(widths[i], WidthOf(line[i], measure));
+    for (std::size_t i = 0; i < widths.size(); ++i) widths[i] = std::max(widths[i], WidthOf(line[i]));
   }
   std::vector<std::string> lines;
   for (const auto& line : cells) {
     std::string laid_out;
     for (std::size_t i = 0; i < widths.size(); ++i) {
       const bool last = i + 1 == widths.size();
-      const std::string padding(widths[i] - WidthOf(line[i], measure), ' ');
+      const std::string padding(widths[i] - WidthOf(line[i]), ' ');
       laid_out += i == to_the_right ? padding + line[i] : line[i] + (last ? std::string() : padding);
       laid_out += last ? "\n" : "  ";
     }

@@ -222,11 +222,13 @@ HRESULT ORVIX_CALL OxPrintFile(SHORT number, BSTR text) {
   return AtRuntimeEdge([&] {
     TheTable().At(number)->Use(kOxModeOutput, [&](OpenedFile& file) {
       // In pieces that stay in the processor's cache.
-      std::array<char, kPrintPiece> bytes;
-      for (TextView rest = ViewOf(text); !rest.empty(); rest.remove_prefix(std::min(kPrintPiece, rest.size()))) {
-        const TextView piece = rest.substr(0, kPrintPiece);
-        NativeFiles().ToAnsi(piece, bytes.data());
-        file.Write(bytes.data(), piece.size());
+      std::array<char, kPrintPiece * FileService::kMostBytes> bytes;
+      for (TextView rest = ViewOf(text); !rest.empty();) {
+        TextView piece = rest.substr(0, kPrintPiece);
+        // A pair of surrogates stays together.
+        if (piece.size() < rest.size() && text_detail::IsHigh(piece.back())) piece.remove_suffix(1);
+        file.Write(bytes.data(), NativeFiles().Encode(piece, bytes.data()));
+        rest.remove_prefix(piece.size());
       }
     });
   });

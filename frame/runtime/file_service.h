@@ -63,8 +63,9 @@ class FileService {
 
   // Appends the form that all spellings of a name share, unit for unit.
   virtual void AppendFolded(TextView name, Text& folded) = 0;
-  // The bytes that sequential print writes, one a unit, into a buffer of that size.
-  virtual void ToAnsi(TextView text, char* bytes) noexcept = 0;
+  // The bytes that sequential print writes, at most kMostBytes for each unit; how many.
+  static constexpr std::size_t kMostBytes = 3;
+  virtual std::size_t Encode(TextView text, char* bytes) noexcept = 0;
 };
 
 // The file system of this machine.

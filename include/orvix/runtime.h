@@ -57,8 +57,17 @@ ORVIX_API HRESULT ORVIX_CALL OxPutFile(SHORT number, const void* bytes, LONG cou
 ORVIX_API HRESULT ORVIX_CALL OxGetFile(SHORT number, void* bytes, LONG count, LONG* got);
 ORVIX_API HRESULT ORVIX_CALL OxSeekFile(SHORT number, LONG position);
 ORVIX_API HRESULT ORVIX_CALL OxFileLength(SHORT number, LONG* length);
-// Writes the text in the ANSI code page, and nothing more: no line end.
+// Writes the text as files hold it, and nothing more: no line end.
 ORVIX_API HRESULT ORVIX_CALL OxPrintFile(SHORT number, BSTR text);
+// What text in files is for OxPrintFile and OxTextOfFile: CP_ACP, the ANSI code page,
+// or 65001, UTF-8; E_INVALIDARG for another. At the start what the environment
+// variable ORVIX_FILE_TEXT says ("utf-8"), else CP_ACP.
+ORVIX_API HRESULT ORVIX_CALL OxSetFileText(UINT page);
+ORVIX_API UINT ORVIX_CALL OxFileText(void);
+// Bytes of a file as text; the caller frees it. Every byte survives: in UTF-8 one that
+// belongs to no character is the private unit U+F700 and itself, and written back as
+// that byte.
+ORVIX_API HRESULT ORVIX_CALL OxTextOfFile(const char* bytes, LONG count, BSTR* text);
 
 // --- Names -----------------------------------------------------------------------
 
@@ -214,8 +223,14 @@ ORVIX_API BOOL ORVIX_CALL GetModuleHandleExW(DWORD flags, const OLECHAR* moduleO
 // `capacity` as the platform does.
 ORVIX_API DWORD ORVIX_CALL GetModuleFileNameW(HMODULE module, OLECHAR* name, DWORD capacity);
 
-// Text to and from the ANSI code page (Windows-1252, substitute "?"; the only
-// page known is CP_ACP, 0, and its own number 1252). One byte per UTF-16 unit.
+// The ANSI code page of this process, a single-byte one: 1250 to 1258, 874, 20866 and
+// 21866 (KOI8-R and KOI8-U), 28591 to 28606 (ISO 8859-1 to 16, without 12).
+// E_INVALIDARG for another. At the start what the environment variable ORVIX_CODE_PAGE
+// names by its number, else 1252. Change it before texts are converted.
+ORVIX_API HRESULT ORVIX_CALL OxSetCodePage(UINT page);
+ORVIX_API UINT ORVIX_CALL OxCodePage(void);
+// Text to and from the ANSI code page (substitute "?"; the only page known is CP_ACP,
+// 0, and its own number). One byte per UTF-16 unit, and every byte has a unit.
 inline constexpr UINT CP_ACP = 0;
 ORVIX_API INT ORVIX_CALL MultiByteToWideChar(UINT page, DWORD flags, const char* bytes, INT count, OLECHAR* text,
                                              INT capacity);

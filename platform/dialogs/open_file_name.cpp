@@ -14,6 +14,7 @@
 #include "platform/host/host_table.h"
 #include "platform/names/code_page.h"
 #include "platform/names/path_map.h"
+#include "platform/names/text_behind.h"
 
 namespace Orvix {
 namespace {
@@ -53,21 +54,21 @@ enum class Failure : DWORD {
   kNone = 0,  // chosen or cancelled
   kRecordSize = 0x0001,
   kInitialization = 0x0002,  // no record, or memory is exhausted
-  kInvalidName = 0x3002,     // no drive or no ANSI text can express what was chosen
+  kInvalidName = 0x3002,     // one record cannot express what was chosen
   kBufferTooSmall = 0x3003,
 };
 thread_local Failure last_failure = Failure::kNone;
 
 char* At(std::uint32_t address) { return reinterpret_cast<char*>(static_cast<std::uintptr_t>(address)); }
 
-Text TextAt(std::uint32_t address) { return address == 0 ? Text() : FromAnsi(At(address)); }
+Text TextAt(std::uint32_t address) { return address == 0 ? Text() : TextBehind(At(address)); }
 
 // Pairs of NUL-terminated texts; an empty description ends them. The pair of the
 // 1-based `index` comes first, where the programs take the filter to start with.
 std::vector<FileFilter> FiltersAt(std::uint32_t address, std::uint32_t index) {
   std::vector<Text> texts;
   for (const char* text = At(address); address != 0 && *text != '\0'; text += std::strlen(text) + 1) {
-    texts.push_back(FromAnsi(text));
+    texts.push_back(TextBehind(text));
   }
   std::vector<FileFilter> filters = FiltersOf(texts);
   if (index >= 1 && index <= filters.size()) {
@@ -80,7 +81,7 @@ std::vector<FileFilter> FiltersAt(std::uint32_t address, std::uint32_t index) {
 // The name offered: callers pad it with spaces, and need not end it.
 Text OfferedName(const OpenRecord& record) {
   std::string_view name(At(record.file), strnlen(At(record.file), record.file_length));
-  return FromAnsi(name.substr(0, name.find_last_not_of(' ') + 1));
+  return TextBehind(name.substr(0, name.find_last_not_of(' ') + 1));
 }
 
 bool Exists(const std::string& path) {
@@ -98,35 +99,27 @@ std::string WithExtension(std::string name, std::uint32_t default_extension) {
 // The chosen files as the buffer holds them, without the NUL at the end: the
 // path, or of several files the directory and the names, a NUL behind each.
 struct Answer {
-  std::string buffer;
+  Text buffer;
   std::size_t name_offset;  // of the first file's name
 };
 
-std::string AnsiOf(TextView name) {
-  bool exact = true;
-  std::string ansi = ToAnsi(name, &exact);
-  // With substitutes it would be the name of no file, or of another one.
-  if (!exact) throw RuntimeError{52};
-  return ansi;
-}
-
 Answer AnswerOf(const std::vector<std::string>& names) {
-  Answer answer{AnsiOf(PlatformName(names.front())), 0};
-  answer.name_offset = answer.buffer.rfind('\\') + 1;
+  Answer answer{PlatformName(names.front()), 0};
+  answer.name_offset = answer.buffer.rfind(u'\\') + 1;
   if (names.size() == 1) return answer;
   // The separator of a root stays: "C:" alone names no directory.
-  const std::size_t root = answer.buffer.find('\\') + 1;
+  const std::size_t root = answer.buffer.find(u'\\') + 1;
   const std::string directory = names.front().substr(0, names.front().rfind('/') + 1);
-  std::string first = answer.buffer.substr(answer.name_offset);
+  const Text first = answer.buffer.substr(answer.name_offset);
   answer.buffer.resize(answer.name_offset == root ? root : answer.name_offset - 1);
   answer.name_offset = answer.buffer.size() + 1;
-  answer.buffer += '\0' + first + '\0';
+  answer.buffer += u'\0' + first + u'\0';
   for (std::size_t i = 1; i < names.size(); ++i) {
     const std::string name = names[i].substr(names[i].rfind('/') + 1);
     // The record has one directory for all.
     if (!names[i].starts_with(directory) || directory.size() + name.size() != names[i].size()) throw RuntimeError{52};
     if (name.find('\\') != std::string::npos) throw RuntimeError{52};
-    answer.buffer += AnsiOf(FromUtf8(name)) + '\0';
+    answer.buffer += FromUtf8(name) + u'\0';
   }
   return answer;
 }
@@ -139,20 +132,31 @@ void GiveNeededRoom(const OpenRecord& record, std::size_t needed) {
   At(record.file)[1] = static_cast<char>(number >> 8);
 }
 
-// Writes the answer and its NUL; what stands behind stays as it was.
+// Writes a text and its NUL to a caller's buffer. A service that gets the bytes from
+// there knows what the code page lacks.
+void GiveText(const Text& text, char* buffer) {
+  const std::string_view bytes(buffer, text.size() + 1);
+  if (ToAnsi({text.c_str(), bytes.size()}, buffer, '?')) {
+    ForgetLossyConversion(bytes);
+  } else {
+    NoteLossyConversion(bytes, {text.c_str(), bytes.size()});
+  }
+}
+
+// Writes the answer; what stands behind stays as it was.
 Failure Give(const Answer& answer, bool several, OpenRecord& record) {
-  const std::string_view name = std::string_view(answer.buffer).substr(answer.name_offset);
+  const Text name = answer.buffer.substr(answer.name_offset);
   if (answer.buffer.size() >= record.file_length) {
     GiveNeededRoom(record, answer.buffer.size() + 1);
     return Failure::kBufferTooSmall;
   }
-  std::memcpy(At(record.file), answer.buffer.c_str(), answer.buffer.size() + 1);
+  GiveText(answer.buffer, At(record.file));
   const auto offset = [&](std::size_t at) { return static_cast<std::uint16_t>(std::min<std::size_t>(at, 0xFFFF)); };
   record.file_offset = offset(answer.name_offset);
-  const std::size_t dot = several ? std::string_view::npos : name.rfind('.');
-  record.extension_offset = dot == std::string_view::npos ? std::uint16_t{0} : offset(answer.name_offset + dot + 1);
+  const std::size_t dot = several ? Text::npos : name.rfind(u'.');
+  record.extension_offset = dot == Text::npos ? std::uint16_t{0} : offset(answer.name_offset + dot + 1);
   if (!several && record.title_of_file != 0 && name.size() < record.title_of_file_length) {
-    std::memcpy(At(record.title_of_file), name.data(), name.size() + 1);
+    GiveText(name, At(record.title_of_file));
   }
   return Failure::kNone;
 }

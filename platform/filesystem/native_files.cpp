@@ -17,7 +17,7 @@
 #include "platform/filesystem/open_files.h"
 #include "platform/filesystem/opened_file.h"
 #include "platform/names/case_fold.h"
-#include "platform/names/code_page.h"
+#include "platform/names/file_text.h"
 #include "platform/names/path_map.h"
 
 namespace Orvix {
@@ -170,7 +170,8 @@ class NativeFileService : public FileService {
   }
 
   void AppendFolded(TextView name, Text& folded) override { Orvix::AppendFolded(name, folded); }
-  void ToAnsi(TextView text, char* bytes) noexcept override { Orvix::ToAnsi(text, bytes, '?'); }
+  static_assert(kMostBytes == kMostFileBytes);
+  std::size_t Encode(TextView text, char* bytes) noexcept override { return EncodeFileText(text, bytes); }
 };
 
 }  // namespace

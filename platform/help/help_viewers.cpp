@@ -8,8 +8,8 @@
 #include "frame/runtime/runtime_error.h"
 #include "orvix/platform.h"
 #include "platform/host/host_table.h"
-#include "platform/names/code_page.h"
 #include "platform/names/path_map.h"
+#include "platform/names/text_behind.h"
 #include "platform/system/process.h"
 
 namespace Orvix {
@@ -80,7 +80,7 @@ LONG Bits(const void* handle) { return static_cast<LONG>(reinterpret_cast<std::i
 bool Show(const char* file, UINT command) noexcept {
   if (file == nullptr || !ShowsFile(command)) return false;
   try {
-    return ShowFile(FilePart(FromAnsi(file)));
+    return ShowFile(FilePart(TextBehind(file)));
   } catch (const std::bad_alloc&) {
     return false;
   }

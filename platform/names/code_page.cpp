@@ -2,12 +2,21 @@
 // copied in loops of fixed length, which the compiler turns into vector code.
 #include "platform/names/code_page.h"
 
+#include <iconv.h>
+#include <syslog.h>
+
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <cstdint>
-#include <iterator>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string>
 
 #include "orvix/runtime.h"
-#include "platform/names/lost_characters.h"
+#include "platform/names/text_behind.h"
+#include "platform/system/log.h"
 
 namespace Orvix {
 
@@ -15,37 +24,104 @@ namespace {
 
 constexpr std::size_t kBlock = 64;
 
-// The units of the bytes 0x80 to 0x9F.
+// One page: the unit of each byte, and the byte of each unit, 0 for none.
+struct Page {
+  UINT number = 0;
+  char16_t units[256]{};
+  std::array<unsigned char, 0x10000> bytes{};
+};
+
+// The units of the bytes 0x80 to 0x9F in 1252.
 constexpr char16_t kUpperControls[32] = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
 };
+constexpr UINT kDefaultPage = 1252;
 
-char16_t UnitOf(unsigned char byte) noexcept {
-  return static_cast<unsigned char>(byte - 0x80) < 0x20 ? kUpperControls[byte - 0x80] : char16_t{byte};
+// The C library's name of a page; empty for one that is not known here.
+std::string NameOf(UINT number) {
+  if ((number >= 1250 && number <= 1258) || number == 874) return "CP" + std::to_string(number);
+  if (number == 20866) return "KOI8-R";
+  if (number == 21866) return "KOI8-U";
+  if (number >= 28591 && number <= 28606 && number != 28602) return "ISO-8859-" + std::to_string(number - 28590);
+  return {};
 }
 
-// The byte of `unit`, or -1.
-int ByteOf(char16_t unit) noexcept {
-  if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF)) return unit;
-  const auto* const found = std::find(std::begin(kUpperControls), std::end(kUpperControls), unit);
-  return found == std::end(kUpperControls) ? -1 : static_cast<int>(0x80 + (found - kUpperControls));
+// The unit of one byte above ASCII, 0 when the page has none.
+char16_t ConvertedByte(iconv_t conversion, unsigned char byte) {
+  char in = static_cast<char>(byte);
+  char out[8]{};
+  char* from = &in;
+  char* to = out;
+  std::size_t from_left = 1;
+  std::size_t to_left = sizeof out;
+  iconv(conversion, nullptr, nullptr, nullptr, nullptr);
+  const bool whole = iconv(conversion, &from, &from_left, &to, &to_left) != static_cast<std::size_t>(-1) &&
+                     iconv(conversion, nullptr, nullptr, &to, &to_left) != static_cast<std::size_t>(-1);
+  if (!whole || to_left != sizeof out - 2) return 0;
+  return static_cast<char16_t>(static_cast<unsigned char>(out[0]) | static_cast<unsigned char>(out[1]) << 8);
 }
 
-bool IsCodePage(UINT page) { return page == CP_ACP || page == 1252; }
+// Null for a page that is not known, here or to the C library. Never destroyed.
+const Page* MakePage(UINT number) {
+  auto page = std::make_unique<Page>();
+  page->number = number;
+  for (int byte = 0; byte < 0x100; ++byte) page->units[byte] = static_cast<char16_t>(byte);
+  if (number == kDefaultPage) {
+    std::ranges::copy(kUpperControls, page->units + 0x80);
+  } else {
+    const std::string name = NameOf(number);
+    const iconv_t conversion = name.empty() ? iconv_t(-1) : iconv_open("UTF-16LE", name.c_str());
+    if (conversion == iconv_t(-1)) return nullptr;
+    std::array<bool, 0x10000> taken{};
+    for (int byte = 0x80; byte < 0x100; ++byte) {
+      page->units[byte] = ConvertedByte(conversion, static_cast<unsigned char>(byte));
+      taken[page->units[byte]] = true;
+    }
+    iconv_close(conversion);
+    // What the page leaves open: the control character of the same code, else a private unit.
+    for (int byte = 0x80; byte < 0x100; ++byte) {
+      if (page->units[byte] != 0) continue;
+      page->units[byte] = static_cast<char16_t>(byte < 0xA0 && !taken[byte] ? byte : 0xF700 | byte);
+    }
+  }
+  for (int byte = 1; byte < 0x100; ++byte) page->bytes[page->units[byte]] = static_cast<unsigned char>(byte);
+  return page.release();
+}
+
+const Page* PageOfTheEnvironment() {
+  const char* const named = secure_getenv("ORVIX_CODE_PAGE");
+  if (named != nullptr && named[0] != '\0') {
+    char* end = nullptr;
+    const unsigned long number = std::strtoul(named, &end, 10);
+    const Page* const page = *end == '\0' && number < 0x10000 ? MakePage(static_cast<UINT>(number)) : nullptr;
+    if (page != nullptr) return page;
+    Log(LOG_WARNING, "ORVIX_CODE_PAGE names no code page that is known: 1252 is used");
+  }
+  return MakePage(kDefaultPage);
+}
+
+std::atomic<const Page*>& ThePage() {
+  static std::atomic<const Page*> page = PageOfTheEnvironment();
+  return page;
+}
+
+bool IsCodePage(UINT page) { return page == CP_ACP || page == ThePage().load()->number; }
 
 }  // namespace
 
 bool ToAnsi(TextView text, char* bytes, char substitute) noexcept {
+  const Page& page = *ThePage().load();
   const char16_t* const units = text.data();
   bool exact = true;
   std::size_t at = 0;
   const auto one_by_one = [&](std::size_t end) {
     for (; at < end; ++at) {
-      const int byte = ByteOf(units[at]);
-      exact = exact && byte >= 0;
-      bytes[at] = byte >= 0 ? static_cast<char>(byte) : substitute;
+      const unsigned char byte = page.bytes[units[at]];
+      const bool known = byte != 0 || units[at] == 0;
+      exact = exact && known;
+      bytes[at] = known ? static_cast<char>(byte) : substitute;
     }
   };
   while (text.size() - at >= kBlock) {
@@ -70,19 +146,20 @@ std::string ToAnsi(TextView text, bool* exact) {
 }
 
 void FromAnsi(std::string_view bytes, char16_t* text) noexcept {
+  const Page& page = *ThePage().load();
   const auto byte_at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
   std::size_t at = 0;
   while (bytes.size() - at >= kBlock) {
     unsigned char bits = 0;
     for (std::size_t i = 0; i < kBlock; ++i) bits = static_cast<unsigned char>(bits | byte_at(at + i));
     if (bits >= 0x80) {
-      for (std::size_t i = 0; i < kBlock; ++i) text[at + i] = UnitOf(byte_at(at + i));
+      for (std::size_t i = 0; i < kBlock; ++i) text[at + i] = page.units[byte_at(at + i)];
     } else {
       for (std::size_t i = 0; i < kBlock; ++i) text[at + i] = byte_at(at + i);
     }
     at += kBlock;
   }
-  for (; at < bytes.size(); ++at) text[at] = UnitOf(byte_at(at));
+  for (; at < bytes.size(); ++at) text[at] = page.units[byte_at(at)];
 }
 
 Text FromAnsi(std::string_view bytes) {
@@ -92,6 +169,19 @@ Text FromAnsi(std::string_view bytes) {
 }
 
 }  // namespace Orvix
+
+HRESULT ORVIX_CALL OxSetCodePage(UINT page) {
+  try {
+    const Orvix::Page* const made = Orvix::MakePage(page);  // stays, as others may be using the one before
+    if (made == nullptr) return E_INVALIDARG;
+    Orvix::ThePage() = made;
+    return S_OK;
+  } catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+UINT ORVIX_CALL OxCodePage() { return Orvix::ThePage().load()->number; }
 
 // Both functions give the number of units or bytes written, or needed when
 // `capacity` is 0; a count of -1 means up to and with the NUL. 0 stands for
@@ -118,10 +208,9 @@ INT ORVIX_CALL WideCharToMultiByte(UINT page, DWORD /*flags: there is no best fi
   if (bytes == nullptr || static_cast<std::size_t>(capacity) < length) return 0;
   const bool exact = Orvix::ToAnsi({text, length}, bytes, substitute != nullptr ? *substitute : '?');
   if (exact) {
-    Orvix::ForgetLostCharacters({bytes, length});
+    Orvix::ForgetLossyConversion({bytes, length});
   } else {
-    const OLECHAR* const lost = std::find_if(text, text + length, [](OLECHAR unit) { return Orvix::ByteOf(unit) < 0; });
-    Orvix::NoteLostCharacters({bytes, length}, static_cast<std::size_t>(lost - text));
+    Orvix::NoteLossyConversion({bytes, length}, {text, length});
   }
   if (substituted != nullptr) *substituted = exact ? 0 : 1;
   return static_cast<INT>(length);

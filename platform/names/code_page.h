@@ -1,6 +1,6 @@
-// The ANSI code page, Windows-1252. The five bytes that the page leaves open
-// (0x81 0x8D 0x8F 0x90 0x9D) stand for the control characters of the same code,
-// both ways, so that every byte survives a round trip.
+// The ANSI code page: 1252 unless another one was chosen. Bytes that the page leaves
+// open (in 1252 0x81 0x8D 0x8F 0x90 0x9D) stand for the control characters of the same
+// code, or for private units, both ways, so that every byte survives a round trip.
 #ifndef ORVIX_PLATFORM_NAMES_CODE_PAGE_H
 #define ORVIX_PLATFORM_NAMES_CODE_PAGE_H
 

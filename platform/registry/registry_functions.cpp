@@ -9,9 +9,9 @@
 #include <cstring>
 
 #include "platform/names/code_page.h"
+#include "platform/names/text_behind.h"
 #include "platform/registry/registry.h"
 
-using Orvix::FromAnsi;
 using Orvix::Text;
 using Orvix::TextView;
 using Orvix::ToAnsi;
@@ -20,7 +20,7 @@ using namespace Orvix::registry;  // NOLINT(google-build-using-namespace): C fun
 namespace {
 
 TextView NameOf(const OLECHAR* name) { return name == nullptr ? TextView{} : TextView(name); }
-Text NameOf(const char* name) { return name == nullptr ? Text{} : FromAnsi(name); }
+Text NameOf(const char* name) { return name == nullptr ? Text{} : Orvix::TextBehind(name); }
 const Text& Given(const Text& name, const OLECHAR*) { return name; }
 std::string Given(const Text& name, const char*) { return ToAnsi(name); }
 
@@ -70,7 +70,7 @@ LONG SetValue(HKEY key, const Unit* name, DWORD reserved, DWORD type, const BYTE
     std::string_view view(bytes == 0 ? "" : reinterpret_cast<const char*>(data), bytes);
     Text text;
     if (IsNarrowText(type, sizeof(Unit))) {
-      text = FromAnsi(view);
+      text = Orvix::TextBehind(view);
       view = {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(OLECHAR)};
     }
     return Registry::Instance().SetValue(key, NameOf(name), type, view);

@@ -12,8 +12,8 @@
 #include "frame/runtime/runtime_error.h"
 #include "orvix/platform.h"
 #include "platform/host/host_table.h"
-#include "platform/names/code_page.h"
 #include "platform/names/path_map.h"
+#include "platform/names/text_behind.h"
 #include "platform/system/process.h"
 
 namespace Orvix {
@@ -146,7 +146,7 @@ void* ORVIX_CALL ShellExecuteA(void* window, const char* verb, const char* file,
     return handle_of(host.ShellExecuteA(host.context, owner, verb, file, parameters, directory, show));
   }
   try {
-    const auto text_of = [](const char* ansi) { return ansi == nullptr ? Orvix::Text() : Orvix::FromAnsi(ansi); };
+    const auto text_of = [](const char* ansi) { return ansi == nullptr ? Orvix::Text() : Orvix::TextBehind(ansi); };
     return handle_of(Orvix::Execute({text_of(verb), text_of(file), text_of(parameters), text_of(directory)}));
   } catch (const std::bad_alloc&) {
     return handle_of(Orvix::kExecuteNoMemory);

@@ -1,6 +1,7 @@
 // Reports come at most about ten times a second; the first few at once, so that
 // a short operation is seen and can be cancelled too.
 #include "platform/shell/progress.h"
+#include "platform/system/log.h"
 
 #include <syslog.h>
 
@@ -64,8 +65,7 @@ LONG Progress::Tell(const std::string& path) {
 
 void Progress::Stopped(const std::string& path, TextView why) {
   const std::string record = LogRecordOf(Text(why) + u": " + ShownName(path), u"File operation");
-  openlog("Orvix", 0, LOG_USER);
-  syslog(LOG_USER | LOG_WARNING, "%s", record.c_str());
+  Log(LOG_WARNING, record);
   if (watched_ && Tell(path) != 0) aborted_ = true;  // it ends either way
 }
 

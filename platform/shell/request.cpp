@@ -4,8 +4,7 @@
 
 #include <cstring>
 
-#include "platform/names/code_page.h"
-#include "platform/names/lost_characters.h"
+#include "platform/names/text_behind.h"
 #include "platform/shell/results.h"
 
 namespace Orvix::Shell {
@@ -35,11 +34,9 @@ std::vector<Text> NamesAt(const char* list) {
   const char* at = list;
   while (*at != '\0') {
     const std::string_view name = at;
-    names.push_back(FromAnsi(name));
+    names.push_back(TextBehind(name));
     at += name.size() + 1;
   }
-  // "?" for a lost character would act as a wildcard and meet other files.
-  if (LostCharacters({list, static_cast<std::size_t>(at - list)})) throw ShellError{kInvalidNames};
   return names;
 }
 
@@ -59,7 +56,7 @@ Request Unpack(const void* packed) {
   }
   // Only this flag says that the title's address means anything.
   const char* const title = AddressAt(packed, kTitleAt);
-  if (request.Has(kSimpleProgress) && title != nullptr) request.title = FromAnsi(title);
+  if (request.Has(kSimpleProgress) && title != nullptr) request.title = TextBehind(title);
   return request;
 }
 

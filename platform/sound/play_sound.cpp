@@ -13,8 +13,8 @@
 #include "frame/runtime/runtime_error.h"
 #include "orvix/platform.h"
 #include "platform/host/host_table.h"
-#include "platform/names/code_page.h"
 #include "platform/names/path_map.h"
+#include "platform/names/text_behind.h"
 #include "platform/sound/wave_file.h"
 #include "platform/system/process.h"
 #include "platform/system/user_data.h"
@@ -151,7 +151,7 @@ bool PlayNamed(const char* name, UINT flags) {
   if (!MakeRoom(flags)) return false;
   if (name == nullptr) return true;  // was asked to stop what plays, and nothing else
   const bool waits = (flags & kReturnAtOnce) == 0;
-  const std::optional<Sound> sound = SoundNamed(FromAnsi(name));
+  const std::optional<Sound> sound = SoundNamed(TextBehind(name));
   if (sound && Play(*sound, waits)) return true;
   if ((flags & kNoDefault) != 0) return false;
   const std::optional<Sound> bell = ThemeSound("bell");

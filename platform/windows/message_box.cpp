@@ -1,19 +1,22 @@
-// A host may show a dialog. Without one nobody is at the screen: the request
-// becomes one record of the system log and is answered with IDOK at once.
+// A host may show a dialog. Without one nobody is at the screen: the request goes
+// where ORVIX_MESSAGES says, else into the system log, and is answered with IDOK.
 #include "platform/windows/message_box.h"
 
 #include <syslog.h>
+#include <unistd.h>
 
-#include <mutex>
+#include <cstdio>
+#include <cstdlib>
 #include <new>
+#include <string_view>
 
 #include "orvix/platform.h"
 #include "platform/host/host_table.h"
+#include "platform/system/log.h"
+#include "platform/system/process.h"
 
 namespace Orvix {
 namespace {
-
-constinit std::mutex log_mutex;
 
 bool IsControl(char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit <= 0x9F); }
 
@@ -50,6 +53,39 @@ int SeverityOf(UINT style) {
   return icon == MB_ICONERROR ? LOG_ERR : icon == 0x30 ? LOG_WARNING : LOG_NOTICE;
 }
 
+// By the dialog program that is there; false when none showed it.
+bool ShowDialog(TextView text, TextView title, UINT style) {
+  if (!HasDisplay()) return false;
+  const int severity = SeverityOf(style);
+  const std::string words = ToUtf8(text);
+  const std::string name = ToUtf8(title);
+  const char* const zenity = severity == LOG_ERR ? "--error" : severity == LOG_WARNING ? "--warning" : "--info";
+  const char* const kdialog = severity == LOG_ERR ? "--error" : severity == LOG_WARNING ? "--sorry" : "--msgbox";
+  const ProgramCall calls[] = {
+      {FindProgram("zenity"), {zenity, "--no-markup", "--title=" + name, "--text=" + words}},
+      {FindProgram("kdialog"), {"--title", name, kdialog, words}},
+  };
+  for (const ProgramCall& call : calls) {
+    ChildProgram child;
+    if (call.program.empty() || child.Start(call, ChildProgram::Output::kUnheard) != 0) continue;
+    child.Wait();
+    return true;
+  }
+  return false;
+}
+
+void ShowUnattended(TextView text, TextView title, UINT style) {
+  const char* const named = secure_getenv("ORVIX_MESSAGES");
+  const std::string_view where = named == nullptr ? "" : named;
+  if (where == "off") return;
+  if (where == "dialog" && ShowDialog(text, title, style)) return;
+  // The log puts the name in front itself.
+  const std::string record = LogRecordOf(text, title == u"Orvix" ? TextView{} : title);
+  const bool both = where != "log" && (isatty(STDERR_FILENO) == 1 || !IsLogThere());
+  if (where != "stderr") Log(SeverityOf(style), record);
+  if (where == "stderr" || both) std::fprintf(stderr, "Orvix: %s\n", record.c_str());
+}
+
 TextView ViewOfUnits(const OLECHAR* text) { return text == nullptr ? TextView{} : TextView{text}; }
 
 }  // namespace
@@ -75,12 +111,7 @@ INT ORVIX_CALL MessageBoxW(void*, const OLECHAR* text, const OLECHAR* title, UIN
   const OxHost host = Orvix::CurrentHost();
   if (host.MessageBox != nullptr) return host.MessageBox(host.context, text, static_cast<LONG>(style), title);
   try {
-    const std::string record = Orvix::LogRecordOf(Orvix::ViewOfUnits(text), Orvix::ViewOfUnits(title));
-    const std::lock_guard lock(Orvix::log_mutex);
-    // The name is the process's: an application that logs under its own may
-    // have set it since the last time.
-    openlog("Orvix", 0, LOG_USER);
-    syslog(LOG_USER | Orvix::SeverityOf(style), "%s", record.c_str());
+    Orvix::ShowUnattended(Orvix::ViewOfUnits(text), Orvix::ViewOfUnits(title), style);
   } catch (const std::bad_alloc&) {  // a report that cannot be built is dropped
   }
   return IDOK;

@@ -187,6 +187,39 @@ TEST_F(StoringFaultsTest, APipeIsOpenedOnce) {
   }
 }
 
+// What a person sets the variable ORVIX_FILE_TEXT for.
+TEST_F(StoringFaultsTest, FilesMayHoldUtf8) {
+  struct Row {
+    Text text;
+    std::string bytes;
+  };
+  const Text most(16383, u'x');  // what is written at a time ends within a pair
+  const Row rows[] = {
+      {u"", ""},
+      {u"a\u00E4\u0416\u65E5\U0001F600\uFFFD", "a\xC3\xA4\xD0\x96\xE6\x97\xA5\xF0\x9F\x98\x80\xEF\xBF\xBD"},
+      {most + u"\U0001F600" + most, std::string(16383, 'x') + "\xF0\x9F\x98\x80" + std::string(16383, 'x')},
+      {u"a\uF7FFb\uF7C3",
+       "a\xFF"
+       "b\xC3"},
+      {u"\uF7ED\uF7A0\uF780", "\xED\xA0\x80"},                            // half of a pair in UTF-8
+      {u"\uF7C0\uF780", "\xC0\x80"},                                      // longer than it need be
+      {u"\uF7EF\uF79F\uF7BF", "\xEF\x9F\xBF"},                            // what would look like such a byte
+      {u"\uF7F4\uF790\uF780\uF780", "\xF4\x90\x80\x80"},                  // beyond Unicode
+      {u"\U0010FFFF\uF7F0\uF79F\uF798", "\xF4\x8F\xBF\xBF\xF0\x9F\x98"},  // cut off
+  };
+  EXPECT_EQ(OxSetFileText(1252), E_INVALIDARG);
+  ASSERT_EQ(OxSetFileText(65001), S_OK);
+  for (const Row& row : rows) {
+    Global().StoreData(Named(u"file"), row.text);
+    EXPECT_EQ(directory_.Read("file"), row.bytes);
+    EXPECT_TRUE(Named(u"file").GetFile() == row.text) << row.bytes;
+  }
+  Named(u"new").CreateFile(u"\u0416\xD83D!");
+  EXPECT_EQ(directory_.Read("new"), "\xD0\x96?!");
+  ASSERT_EQ(OxSetFileText(CP_ACP), S_OK);
+  EXPECT_EQ(Named(u"new").GetFile(), u"\u00D0\u2013?!");
+}
+
 TEST_F(StoringFaultsTest, AReaderThatGoesAwayIsAnError) {
   ASSERT_EQ(mkfifo(directory_.Native("pipe").c_str(), 0600), 0);
   std::thread reader([&] { close(open(directory_.Native("pipe").c_str(), O_RDONLY | O_CLOEXEC)); });

@@ -154,5 +154,26 @@ TEST(OrvixctlCallJson, RecordsGoByField) {
   EXPECT_NE(result.out.find(R"("sExtension":"txt","lSize":5,"dDate":"2)"), std::string::npos) << result.out;
 }
 
+// What the environment chooses, at the start of a process.
+TEST(OrvixctlCallEnvironment, CodePageAndTextInFiles) {
+  const testing_support::ScratchDirectory scratch;
+  const std::string file = (scratch.Path() / "file").string();
+  const auto stored = [&] {
+    const ProgramResult result = Call({"classOrvix.StoreData", "Z:" + file, "\xD0\x96\xC3\xA4"});
+    EXPECT_EQ(result.status, 0) << result;
+    return testing_support::ReadWhole(file);
+  };
+  EXPECT_EQ(stored(), "?\xE4");
+  setenv("ORVIX_CODE_PAGE", "1251", 1);
+  EXPECT_EQ(stored(), "\xC6?");
+  EXPECT_EQ(Call({"classOrvix.GetElement", "\xD0\x96", "1", ","}).out, "\xD0\x96\n");
+  setenv("ORVIX_CODE_PAGE", "nonsense", 1);
+  EXPECT_EQ(stored(), "?\xE4");
+  unsetenv("ORVIX_CODE_PAGE");
+  setenv("ORVIX_FILE_TEXT", "UTF-8", 1);
+  EXPECT_EQ(stored(), "\xD0\x96\xC3\xA4");
+  unsetenv("ORVIX_FILE_TEXT");
+}
+
 }  // namespace
 }  // namespace Orvix

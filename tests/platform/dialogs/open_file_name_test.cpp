@@ -5,6 +5,7 @@
 #include "orvix/host.h"
 #include "orvix/platform.h"
 #include "orvix/runtime.h"
+#include "platform/names/text_behind.h"
 #include "support/recording_host.h"
 #include "support/stand_in_desktop.h"
 
@@ -101,12 +102,14 @@ TEST_F(OpenFileNameTest, ReadsTheOfferedNameNoFurtherThanItsRoom) {
   EXPECT_EQ(desktop_.Words().back(), "--filename=" + desktop_.files.Native("ab  c"));
 }
 
-TEST_F(OpenFileNameTest, RefusesANameOutsideTheCodePage) {
+// Services that get the bytes from there know the name behind them.
+TEST_F(OpenFileNameTest, GivesNamesOutsideTheCodePage) {
   desktop_.InstallAnswer("zenity", "/n/\xCE\xB1\n");
   SetBuffer(std::string(30, ' '), 30);
-  EXPECT_EQ(GetOpenFileNameA(record_), 0);
-  EXPECT_EQ(CommDlgExtendedError(), 0x3002u);
-  EXPECT_EQ(std::string(buffer_), std::string(30, ' '));
+  EXPECT_EQ(GetOpenFileNameA(record_), 1);
+  EXPECT_EQ(CommDlgExtendedError(), 0u);
+  EXPECT_EQ(std::string(buffer_), "Z:\\n\\?");
+  EXPECT_EQ(Orvix::TextBehind(buffer_), u"Z:\\n\\\u03B1");
 }
 
 TEST_F(OpenFileNameTest, RefusesARecordOfAnotherSize) {

@@ -25,6 +25,8 @@ Text Wide(const std::string& bytes) {
   return text;
 }
 
+Text Wide7(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
+
 TEST(CodePageTest, UpperControlsHaveTheirCharacters) {
   EXPECT_EQ(Wide("\x80\x82\x85\x8A\x93\x99\x9C\x9F"), u"\u20AC\u201A\u2026\u0160\u201C\u2122\u0153\u0178");
   EXPECT_EQ(Ansi(u"\u20AC\u201A\u2026\u0160\u201C\u2122\u0153\u0178"), "\x80\x82\x85\x8A\x93\x99\x9C\x9F");
@@ -42,6 +44,34 @@ TEST(CodePageTest, EveryByteComesBack) {
   BOOL substituted = 7;
   EXPECT_EQ(Ansi(Wide(all), &substituted), all);
   EXPECT_EQ(substituted, 0);
+}
+
+TEST(CodePageTest, AnotherSingleBytePageCanBeChosen) {
+  const struct {
+    UINT page;
+    const char* bytes;
+    const char16_t* text;
+  } rows[] = {
+      {1250, "\xB9\x9C", u"\u0105\u015B"}, {1251, "\xC6\xFF", u"\u0416\u044F"}, {1253, "\xE1", u"\u03B1"},
+      {1254, "\xFD", u"\u0131"},           {1255, "\xE0", u"\u05D0"},           {1256, "\xC7", u"\u0627"},
+      {1257, "\xE0", u"\u0105"},           {1258, "\xD5", u"\u01A0"},           {874, "\xA1\xFF", u"\u0E01\uF7FF"},
+      {20866, "\xC1", u"\u0430"},          {21866, "\xA4", u"\u0454"},          {28591, "\xE4\x80", u"\u00E4\u0080"},
+      {28592, "\xB1", u"\u0105"},          {28595, "\xB6", u"\u0416"},          {28605, "\xA4", u"\u20AC"},
+  };
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) all.push_back(static_cast<char>(byte));
+  for (const auto& row : rows) {
+    ASSERT_EQ(OxSetCodePage(row.page), S_OK) << row.page;
+    EXPECT_EQ(OxCodePage(), row.page);
+    EXPECT_EQ(Ansi(row.text), row.bytes) << row.page;
+    Text text(256, u'#');
+    EXPECT_EQ(MultiByteToWideChar(row.page, 0, all.data(), 256, text.data(), 256), 256);
+    EXPECT_EQ(Ansi(text), all) << row.page;
+    EXPECT_EQ(text.substr(0, 128), Wide7(all.substr(0, 128))) << row.page;
+  }
+  for (const UINT page : {0U, 932U, 1249U, 1259U, 28602U, 65001U}) EXPECT_EQ(OxSetCodePage(page), E_INVALIDARG) << page;
+  EXPECT_EQ(OxSetCodePage(1252), S_OK);
+  EXPECT_EQ(Ansi(u"\u0416"), "?");
 }
 
 TEST(CodePageTest, OtherCharactersGiveOneSubstituteForEachUnit) {

@@ -166,6 +166,21 @@ TEST_F(ValueTest, TextsWrittenInOneFormReadInTheOther) {
   EXPECT_EQ(bytes, 7u);
 }
 
+// What a narrow call was made from is what counts.
+TEST_F(ValueTest, NamesAndTextsKeepWhatTheCodePageLacks) {
+  char name[] = "--";
+  char data[] = "---";
+  WideCharToMultiByte(CP_ACP, 0, u"\u65E5\u672C", 2, name, 2, nullptr, nullptr);
+  WideCharToMultiByte(CP_ACP, 0, u"\u0436x\0", 3, data, 3, nullptr, nullptr);
+  ASSERT_EQ(SetBytes(User(), name, REG_SZ, {data, 3}), 0);
+  EXPECT_EQ(GetBytes(User(), name), "?x\0"s);
+  EXPECT_EQ(GetBytes(User(), "??"), "code 2");
+  OLECHAR units[4] = {};
+  DWORD bytes = sizeof units;
+  ASSERT_EQ(RegQueryValueExW(User(), u"\u65E5\u672C", nullptr, nullptr, reinterpret_cast<BYTE*>(units), &bytes), 0);
+  EXPECT_EQ(Text(units), u"\u0436x");
+}
+
 TEST_F(ValueTest, ATooSmallBufferStaysAsItIs) {
   ASSERT_EQ(SetBytes(User(), "x", 3, "12345"), 0);
   char buffer[6] = "-----";

@@ -3,7 +3,7 @@
 #include <pthread.h>
 #include <sys/resource.h>
 
-#include "platform/names/lost_characters.h"
+#include "platform/names/text_behind.h"
 #include "platform/shell/file_request.h"
 #include "support/ordinary_user.h"
 
@@ -185,41 +185,37 @@ Outcome DeleteConverted(TextView list) {
   return RunRequest(kDeleting, 0x10, bytes.Address(), 0);
 }
 
-TEST_F(FaultTest, ALostCharacterIsNoWildcard) {
-  Make("a1=1 a2=2");
-  EXPECT_EQ(DeleteConverted({u"a\u0416\0", 4}), (Outcome{0x7C, 0}));
+// The text behind the bytes counts: no substitute is a wildcard.
+TEST_F(FaultTest, EveryNameCanBeNamed) {
+  const auto make_all = [&] { Make("a1=1 a2=2 a\u0416=3 \u65E5\u672C=4 \u03A9\u03C9/\u0436=5 \U0001F600=6"); };
+  make_all();
+  EXPECT_EQ(DeleteConverted({u"a\u0416\0", 4}), kDone);
+  EXPECT_EQ(DeleteConverted({u"\u65E5\u672C\0\u03A9\u03C9\0\xD83D\xDE00\0", 10}), kDone);
   EXPECT_EQ(Now(), "a1=1 a2=2");
   EXPECT_EQ(DeleteConverted({u"a?\0", 4}), kDone);  // very likely at the same place
   EXPECT_EQ(Now(), "");
+  make_all();
+  const LowBytes bytes(std::string("a1\0  \0\0", 7));  // converted one by one
+  WideCharToMultiByte(CP_ACP, 0, u"a\u0416", 2, bytes.get() + 3, 2, nullptr, nullptr);
+  EXPECT_EQ(RunRequest(kDeleting, 0x10, bytes.Address(), 0), kDone);
+  EXPECT_EQ(DeleteConverted({u"a?\0\0b\u0416\0\0", 8}), kDone);  // a loss behind the end of the list is none
+  EXPECT_EQ(Now(), "\u03A9\u03C9/ \u03A9\u03C9/\u0436=5 \u65E5\u672C=4 \U0001F600=6");
 }
 
-TEST_F(FaultTest, NamesConvertedOneByOneAreSeenToo) {
-  Make("keep=1 b1=2");
-  const LowBytes bytes(std::string("keep\0  \0\0", 9));
-  WideCharToMultiByte(CP_ACP, 0, u"b\u0436", 2, bytes.get() + 5, 2, nullptr, nullptr);
-  EXPECT_EQ(RunRequest(kDeleting, 0x10, bytes.Address(), 0), (Outcome{0x7C, 0}));
-  EXPECT_EQ(Now(), "b1=2 keep=1");
-}
-
-TEST_F(FaultTest, ALossBehindTheEndOfTheListIsNone) {
-  Make("a1=1");
-  EXPECT_EQ(DeleteConverted({u"a?\0\0b\u0416\0\0", 8}), kDone);
-  EXPECT_EQ(Now(), "");
-}
-
-TEST(LostCharactersTest, AreKnownByPlaceAndContent) {
+TEST(TextBehindTest, IsKnownByPlaceAndContent) {
   char bytes[] = "x?y";
   char same[] = "x?y";
-  NoteLostCharacters({bytes, 3}, 1);
-  EXPECT_TRUE(LostCharacters({bytes, 3}));
-  EXPECT_FALSE(LostCharacters({bytes, 1}));
-  EXPECT_FALSE(LostCharacters({same, 3}));
+  NoteLossyConversion({bytes, 3}, u"x\u0416y");
+  EXPECT_EQ(TextBehind({bytes, 3}), u"x\u0416y");
+  EXPECT_EQ(TextBehind({bytes + 1, 1}), u"\u0416");
+  EXPECT_EQ(TextBehind({same, 3}), u"x?y");
   bytes[0] = 'z';  // someone else's bytes by now
-  EXPECT_FALSE(LostCharacters({bytes, 3}));
+  EXPECT_EQ(TextBehind({bytes, 3}), u"z?y");
   bytes[0] = 'x';
-  EXPECT_TRUE(LostCharacters({bytes, 3}));
-  ForgetLostCharacters({bytes + 2, 1});
-  EXPECT_FALSE(LostCharacters({bytes, 3}));
+  for (int i = 0; i < 15; ++i) NoteLossyConversion({same, 3}, u"a\u0416b");
+  EXPECT_EQ(TextBehind({bytes, 3}), u"x\u0416y");
+  ForgetLossyConversion({bytes + 2, 1});
+  EXPECT_EQ(TextBehind({bytes, 3}), u"x?y");
 }
 
 }  // namespace

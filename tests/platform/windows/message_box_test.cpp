@@ -2,6 +2,7 @@
 // library's.
 #include <gtest/gtest.h>
 #include <syslog.h>
+#include <unistd.h>
 
 #include <cstdarg>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "orvix/platform.h"
 #include "tests/support/recording_host.h"
+#include "tests/support/stand_in_desktop.h"
 
 namespace {
 
@@ -64,7 +66,37 @@ TEST_F(MessageBoxTest, UnattendedRequestIsOneErrorRecordAndIsAnsweredWithOk) {
   EXPECT_EQ(records[0].ident, "Orvix");
   EXPECT_EQ(records[0].priority, LOG_USER | LOG_ERR);
   EXPECT_EQ(records[0].format, "%s");
-  EXPECT_EQ(records[0].text, "Orvix: 100%s of it");
+  EXPECT_EQ(records[0].text, "100%s of it");  // the log puts the name in front
+}
+
+TEST_F(MessageBoxTest, GoesWhereItIsSent) {
+  Orvix::testing::Desktop desktop;
+  desktop.InstallAnswer("zenity", "");
+  const bool log_is_there = access("/dev/log", W_OK) == 0;
+  const struct {
+    const char* where;
+    std::size_t logged;
+    std::string told;  // on standard error
+    bool shown;
+  } rows[] = {
+      {"log", 1, "", false},
+      {"stderr", 0, "Orvix: a b\n", false},
+      {"off", 0, "", false},
+      {"dialog", 0, "", true},
+      {"", 1, log_is_there ? "" : "Orvix: a b\n", false},
+  };
+  for (const auto& row : rows) {
+    records.clear();
+    std::filesystem::remove(desktop.programs.Native("calls"));
+    setenv("ORVIX_MESSAGES", row.where, 1);
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(MessageBoxW(nullptr, u"a\r\nb", u"Orvix", 48), 1);
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), row.told) << row.where;
+    EXPECT_EQ(records.size(), row.logged) << row.where;
+    const std::vector<std::string> shown{"zenity", "--warning", "--no-markup", "--title=Orvix", "--text=a\r\nb"};
+    EXPECT_EQ(desktop.Words(), row.shown ? shown : std::vector<std::string>()) << row.where;
+  }
+  unsetenv("ORVIX_MESSAGES");
 }
 
 TEST_F(MessageBoxTest, OtherStylesAreNoErrors) {
