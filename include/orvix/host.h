@@ -35,12 +35,15 @@ struct OxHost {
   HRESULT (*CoCreateGuid)(void* context, GUID* guid);
   void (*Sleep)(void* context, uint32_t milliseconds);
   uint32_t (*GetTickCount)(void* context);
-  // Progress of a native shell operation, at most about ten times a second;
-  // non-zero cancels.
+  // Progress of a native shell operation, at most about ten times a second, at the end
+  // once with all of all; non-zero cancels. `name` is the item's, behind the request's
+  // own title and a line feed where it has one.
   LONG(*FileProgress)
   (void* context, const OLECHAR* name, int64_t itemsDone, int64_t itemsTotal, int64_t bytesDone, int64_t bytesTotal);
   // A confirmation (kind 1 overwrite, 2 delete, 3 make directory), answered
-  // with 0 no, 1 yes, 2 yes to all, 3 cancel.
+  // with 0 no, 1 yes, 2 yes to all, 3 cancel. Null: a window of the desktop asks;
+  // where none can be shown, directories are made and items put into the trash, while
+  // nothing is overwritten or erased.
   LONG (*FileQuestion)(void* context, LONG kind, const OLECHAR* name);
 };
 

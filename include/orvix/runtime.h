@@ -69,6 +69,27 @@ ORVIX_API UINT ORVIX_CALL OxFileText(void);
 // that byte.
 ORVIX_API HRESULT ORVIX_CALL OxTextOfFile(const char* bytes, LONG count, BSTR* text);
 
+// --- File operations ------------------------------------------------------------------
+
+// What became of the last file operation of this thread, whatever called for it.
+struct OxFileOperationFacts {
+  int64_t serial;  // counts the thread's operations, from 1; 0 before the first
+  LONG code;       // what SHFileOperationA answered: 0 done
+  LONG aborted;    // not 0: a part was left out, or all was cancelled
+  int64_t itemsDone;
+  int64_t bytesDone;
+};
+// `item` takes the name of the latest item, the one that it stopped at, null for none;
+// `words` the code in words, in English. Either may be null; the caller frees them.
+ORVIX_API HRESULT ORVIX_CALL OxLastFileOperation(OxFileOperationFacts* facts, BSTR* item, BSTR* words);
+
+// What became of the last dialog that the run-time showed on this thread.
+inline constexpr LONG kOxDialogNone = 0;
+inline constexpr LONG kOxDialogAnswered = 1;
+inline constexpr LONG kOxDialogCancelled = 2;
+inline constexpr LONG kOxDialogNotShown = 3;  // no display, or no dialog program
+ORVIX_API LONG ORVIX_CALL OxLastDialog(void);
+
 // --- Names -----------------------------------------------------------------------
 
 // Maps a drive letter or a share (`\\server\share`) to a native directory; null

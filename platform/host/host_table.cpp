@@ -38,6 +38,11 @@ HostState CurrentHostState() noexcept {
 
 OxHost CurrentHost() noexcept { return CurrentHostState().table; }
 
+void LetHostWork() {
+  const OxHost host = CurrentHost();
+  if (host.DoEvents != nullptr) host.DoEvents(host.context);
+}
+
 uint64_t HostGeneration() noexcept {
   const std::lock_guard lock(mutex);
   return state.generation;

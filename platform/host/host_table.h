@@ -24,6 +24,9 @@ struct HostState {
 };
 [[nodiscard]] HostState CurrentHostState() noexcept;
 
+// The host's DoEvents, where a program of this machine is waited for.
+void LetHostWork();
+
 }  // namespace Orvix
 
 #endif

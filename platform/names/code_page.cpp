@@ -10,10 +10,13 @@
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <string>
 
+#include "frame/runtime/never_destroyed.h"
 #include "orvix/runtime.h"
 #include "platform/names/text_behind.h"
 #include "platform/system/log.h"
@@ -63,8 +66,8 @@ char16_t ConvertedByte(iconv_t conversion, unsigned char byte) {
   return static_cast<char16_t>(static_cast<unsigned char>(out[0]) | static_cast<unsigned char>(out[1]) << 8);
 }
 
-// Null for a page that is not known, here or to the C library. Never destroyed.
-const Page* MakePage(UINT number) {
+// Null for a page that is not known, here or to the C library.
+std::unique_ptr<const Page> MakePage(UINT number) {
   auto page = std::make_unique<Page>();
   page->number = number;
   for (int byte = 0; byte < 0x100; ++byte) page->units[byte] = static_cast<char16_t>(byte);
@@ -87,7 +90,17 @@ const Page* MakePage(UINT number) {
     }
   }
   for (int byte = 1; byte < 0x100; ++byte) page->bytes[page->units[byte]] = static_cast<unsigned char>(byte);
-  return page.release();
+  return page;
+}
+
+// Each page is made once and stays: others may be using it. Null for an unknown one.
+const Page* PageNumbered(UINT number) {
+  static constinit std::mutex mutex;
+  static NeverDestroyed<std::map<UINT, std::unique_ptr<const Page>>> pages;
+  const std::lock_guard lock(mutex);
+  std::unique_ptr<const Page>& page = (*pages)[number];
+  if (page == nullptr) page = MakePage(number);
+  return page.get();
 }
 
 const Page* PageOfTheEnvironment() {
@@ -95,11 +108,11 @@ const Page* PageOfTheEnvironment() {
   if (named != nullptr && named[0] != '\0') {
     char* end = nullptr;
     const unsigned long number = std::strtoul(named, &end, 10);
-    const Page* const page = *end == '\0' && number < 0x10000 ? MakePage(static_cast<UINT>(number)) : nullptr;
+    const Page* const page = *end == '\0' && number < 0x10000 ? PageNumbered(static_cast<UINT>(number)) : nullptr;
     if (page != nullptr) return page;
     Log(LOG_WARNING, "ORVIX_CODE_PAGE names no code page that is known: 1252 is used");
   }
-  return MakePage(kDefaultPage);
+  return PageNumbered(kDefaultPage);
 }
 
 std::atomic<const Page*>& ThePage() {
@@ -172,7 +185,7 @@ Text FromAnsi(std::string_view bytes) {
 
 HRESULT ORVIX_CALL OxSetCodePage(UINT page) {
   try {
-    const Orvix::Page* const made = Orvix::MakePage(page);  // stays, as others may be using the one before
+    const Orvix::Page* const made = Orvix::PageNumbered(page);
     if (made == nullptr) return E_INVALIDARG;
     Orvix::ThePage() = made;
     return S_OK;

@@ -2,13 +2,12 @@
 // service that gets its bytes run on one thread, one soon after the other.
 #include "platform/names/text_behind.h"
 
-#include <pthread.h>
-
 #include <functional>
 #include <memory>
 #include <new>
 
 #include "platform/names/code_page.h"
+#include "platform/system/per_thread.h"
 
 namespace Orvix {
 
@@ -28,21 +27,6 @@ struct Ring {
   std::size_t next = 0;
 };
 
-// Most threads never lose anything and have none. That of the main thread is never
-// destroyed: destructors of static objects may still convert.
-constinit thread_local Ring* ring = nullptr;
-
-Ring* MakeRing() noexcept {
-  static const pthread_key_t key = [] {
-    pthread_key_t made = 0;
-    pthread_key_create(&made, [](void* old) { delete static_cast<Ring*>(old); });
-    return made;
-  }();
-  ring = new (std::nothrow) Ring;
-  if (ring != nullptr) pthread_setspecific(key, ring);
-  return ring;
-}
-
 bool Overlap(const Note& note, std::string_view bytes) {
   const std::less<> before;
   return note.start != nullptr && before(note.start, bytes.data() + bytes.size()) &&
@@ -52,6 +36,7 @@ bool Overlap(const Note& note, std::string_view bytes) {
 }  // namespace
 
 void ForgetLossyConversion(std::string_view bytes) noexcept {
+  Ring* const ring = PerThread<Ring>::Find();
   if (ring == nullptr) return;
   for (Note& note : ring->notes) {
     if (Overlap(note, bytes)) note = {};
@@ -60,7 +45,8 @@ void ForgetLossyConversion(std::string_view bytes) noexcept {
 
 void NoteLossyConversion(std::string_view bytes, TextView text) noexcept {
   ForgetLossyConversion(bytes);
-  if (text.size() > kLongest || (ring == nullptr && MakeRing() == nullptr)) return;
+  Ring* const ring = text.size() > kLongest ? nullptr : PerThread<Ring>::Make();
+  if (ring == nullptr) return;
   Note& note = ring->notes[ring->next];
   ring->next = (ring->next + 1) % kNotes;
   note = {bytes.data(), bytes.size(), std::unique_ptr<char16_t[]>(new (std::nothrow) char16_t[text.size()])};
@@ -68,7 +54,7 @@ void NoteLossyConversion(std::string_view bytes, TextView text) noexcept {
 }
 
 Text TextBehind(std::string_view bytes) {
-  if (ring != nullptr) {
+  if (const Ring* const ring = PerThread<Ring>::Find(); ring != nullptr) {
     const std::less_equal<> at_or_before;
     for (const Note& note : ring->notes) {
       if (!Overlap(note, bytes) || !at_or_before(note.start, bytes.data()) ||

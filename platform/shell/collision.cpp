@@ -16,7 +16,7 @@ Verdict Decide(Operation& operation, int directory, const char* name, bool incom
     return Verdict::kMerge;
   }
   if (incoming_directory) throw ShellError{kFileInTheWay};
-  return operation.progress.Allows(kOxAskOverwrite, path) ? Verdict::kReplace : Verdict::kSkip;
+  return operation.progress.Allows(kOxAskOverwrite, path, /*loses_nothing=*/false) ? Verdict::kReplace : Verdict::kSkip;
 }
 
 std::string NumberedName(std::string_view name, int number, bool directory) {

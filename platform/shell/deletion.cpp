@@ -33,7 +33,7 @@ void Delete(Operation& operation, const Plan& plan) {
   Trash trash(operation);
   for (const Item& item : plan.items) {
     std::string path = item.source.Path();
-    if (!progress.Allows(kOxAskDelete, path)) continue;
+    if (!progress.Allows(kOxAskDelete, path, is_undoable(item))) continue;
     reach(item);
     if (is_undoable(item)) {
       trash.Put(directory.get(), item.source.directory, item.source.name);

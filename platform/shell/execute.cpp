@@ -12,6 +12,7 @@
 #include "frame/runtime/runtime_error.h"
 #include "orvix/platform.h"
 #include "platform/host/host_table.h"
+#include "platform/names/case_fold.h"
 #include "platform/names/path_map.h"
 #include "platform/names/text_behind.h"
 #include "platform/system/process.h"
@@ -104,7 +105,14 @@ ExecuteResult OpenWithDesktop(const std::string& target, const std::string& dire
   if (const int error = child.Start({opener, {target}, directory}, ChildProgram::Output::kUnheard); error != 0) {
     return error == ENOMEM ? kExecuteNoMemory : kExecuteNoResources;
   }
-  const std::optional<ProgramEnd> end = child.WaitFor(patience);
+  // The host goes on working meanwhile.
+  constexpr std::chrono::milliseconds kBetween{25};
+  std::optional<ProgramEnd> end;
+  for (const auto stop = std::chrono::steady_clock::now() + patience;
+       !end && std::chrono::steady_clock::now() < stop;) {
+    end = child.WaitFor(std::min(kBetween, patience));
+    if (!end) LetHostWork();
+  }
   if (!end || end->kind == ProgramEnd::Kind::kUnknown || end->ExitedWith(0)) return kExecuteDone;
   if (end->ExitedWith(1)) return kExecuteIncomplete;
   if (end->ExitedWith(2)) return kExecuteFileNotFound;
@@ -126,8 +134,16 @@ ExecuteResult Execute(const ExecuteRequest& request) {
     if (request.file.find(u'\0') != Text::npos) return kExecuteFileNotFound;
     return OpenWithDesktop(ToUtf8(request.file), directory, request.patience);
   }
+  if (!explores && FoldName(request.file.substr(0, 4)) == u"www." && request.file.find(u'\0') == Text::npos) {
+    return OpenWithDesktop("http://" + ToUtf8(request.file), directory, request.patience);
+  }
   std::string path;
-  if (const ExecuteResult found = Resolve(request.file, path, facts); found != kExecuteDone) return found;
+  if (const ExecuteResult found = Resolve(request.file, path, facts); found != kExecuteDone) {
+    // A program's bare name is looked for as a shell does.
+    const bool is_bare = request.file.find_first_of(u"\\/:") == Text::npos && !explores;
+    path = is_bare ? FindProgram(ToUtf8(request.file)) : "";
+    if (path.empty() || stat(path.c_str(), &facts) != 0) return found;
+  }
   if (explores && !S_ISDIR(facts.st_mode)) return kExecuteNoAssociation;
   if (IsExecutable(path, facts)) return Run(path, directory, request.parameters);
   return OpenWithDesktop(path, directory, request.patience);

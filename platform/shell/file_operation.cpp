@@ -1,9 +1,11 @@
 // The shell's file-operation service. A host may take it over as a whole, or
-// answer its questions and watch it; without one it works unattended, and every
-// question is answered with yes.
+// answer its questions and watch it.
 #include <signal.h>
 
+#include <algorithm>
+#include <iterator>
 #include <new>
+#include <string>
 
 #include "frame/runtime/runtime_error.h"
 #include "orvix/platform.h"
@@ -13,6 +15,7 @@
 #include "platform/shell/plan.h"
 #include "platform/shell/results.h"
 #include "platform/shell/transfer.h"
+#include "platform/system/per_thread.h"
 
 namespace Orvix::Shell {
 namespace {
@@ -68,19 +71,73 @@ INT CodeOf(Body&& body) noexcept {
   }
 }
 
+struct LastOperation {
+  OxFileOperationFacts facts{};
+  std::string item;  // native
+};
+
 INT Run(const OxHost& host, void* packed) noexcept {
-  bool aborted = false;
-  const INT code = CodeOf([&] {
+  LastOperation* const last = PerThread<LastOperation>::Make();
+  OxFileOperationFacts facts{};
+  facts.serial = last == nullptr ? 0 : last->facts.serial + 1;
+  std::string item;
+  facts.code = CodeOf([&] {
     Request request = Unpack(packed);
     const Progress progress(host, request);
     Operation operation{std::move(request), progress};
     const NoSizeSignal no_signal;
-    const INT inner = CodeOf([&] { Perform(operation); });
-    aborted = operation.progress.Aborted();
+    const INT inner = CodeOf([&] {
+      Perform(operation);
+      if (!operation.progress.Aborted()) operation.progress.Finish();
+    });
+    facts.aborted = operation.progress.Aborted() ? 1 : 0;
+    facts.itemsDone = operation.progress.items_done();
+    facts.bytesDone = operation.progress.bytes_done();
+    item = operation.progress.latest();
     if (inner != 0) throw ShellError{inner};
   });
-  StoreAborted(packed, aborted);
-  return code;
+  StoreAborted(packed, facts.aborted != 0);
+  if (last != nullptr) *last = {facts, std::move(item)};
+  return facts.code;
+}
+
+const char16_t* WordsOf(INT code) {
+  struct Row {
+    INT code;
+    const char16_t* words;
+  };
+  constexpr Row kRows[] = {
+      {0, u"done"},
+      {kFileMissing, u"there is no such file or directory"},
+      {kPathMissing, u"there is no such directory"},
+      {kNoDescriptors, u"too many files are open"},
+      {kDenied, u"the target may not be changed"},
+      {kNoMemory, u"out of memory"},
+      {kWriteProtected, u"the medium is write-protected"},
+      {kWriteFault, u"writing failed"},
+      {kReadFault, u"reading failed"},
+      {kInUse, u"it is in use"},
+      {kBadParameter, u"the request is wrong"},
+      {kDiskFull, u"the disk is full"},
+      {kWildcardInTarget, u"a destination has wildcards"},
+      {kSameFile, u"source and destination are the same file"},
+      {kManyToOne, u"several sources and one destination that is a file"},
+      {kOtherDirectory, u"renaming does not move into another directory"},
+      {kRootDirectory, u"a root stays"},
+      {kCancelled, u"cancelled"},
+      {kIntoItself, u"a directory does not go into itself"},
+      {kSourceDenied, u"the source may not be read or changed"},
+      {kTooDeep, u"directories are too deep"},
+      {kInvalidNames, u"a name is invalid or leads nowhere"},
+      {kSameDirectory, u"source and destination are the same directory"},
+      {kFileInTheWay, u"a file is in the way of a directory"},
+      {kDirectoryInTheWay, u"a directory is in the way of a file"},
+      {kNameTooLong, u"a name is too long"},
+      {kTooLarge, u"a file is too large for the destination"},
+      {kTargetFailed, u"the destination failed"},
+  };
+  const auto* const row = std::ranges::find(kRows, code, &Row::code);
+  return row == std::end(kRows) ? u"failed" : row->words;
 }
 
 }  // namespace
@@ -93,4 +150,23 @@ INT ORVIX_CALL SHFileOperationA(void* request) {
   if (host.SHFileOperationA != nullptr) return host.SHFileOperationA(host.context, request);
   if (request == nullptr) return Orvix::Shell::kBadParameter;
   return Orvix::Shell::Run(host, request);
+}
+
+HRESULT ORVIX_CALL OxLastFileOperation(OxFileOperationFacts* facts, BSTR* item, BSTR* words) {
+  using Orvix::Shell::LastOperation;
+  if (facts == nullptr) return E_POINTER;
+  const LastOperation* const last = Orvix::PerThread<LastOperation>::Find();
+  *facts = last == nullptr ? OxFileOperationFacts{} : last->facts;
+  if (item != nullptr) *item = nullptr;
+  if (words != nullptr) *words = nullptr;
+  if (item != nullptr && last != nullptr && !last->item.empty()) {
+    if (const HRESULT named = OxPlatformName(last->item.c_str(), item); FAILED(named)) return named;
+  }
+  if (words != nullptr) {
+    const char16_t* const text =
+        facts->code == 0 && facts->aborted != 0 ? u"a part was left out" : Orvix::Shell::WordsOf(facts->code);
+    *words = SysAllocString(text);
+    if (*words == nullptr) return E_OUTOFMEMORY;
+  }
+  return S_OK;
 }

@@ -1,5 +1,6 @@
 // What the host hears of an operation under way: progress, which it may cancel,
-// and questions. Without a host nobody hears, and the answer is yes.
+// and questions. Without a host's answer a question window of the desktop asks; where
+// nobody can be asked, the answer is the one that loses nothing.
 #ifndef ORVIX_PLATFORM_SHELL_PROGRESS_H
 #define ORVIX_PLATFORM_SHELL_PROGRESS_H
 
@@ -28,6 +29,7 @@ class Progress {
   // the host cancels.
   void ItemDone(const std::string& path) {
     ++items_done_;
+    latest_ = path;
     if (watched_) Report(path);
   }
   void BytesDone(const std::string& path, std::int64_t bytes) {
@@ -36,28 +38,39 @@ class Progress {
   }
   // The start of the operation, reported before anything is touched.
   void Start(const std::string& path) {
+    latest_ = path;
     if (watched_) Report(path);
   }
   // The item that ends the operation, where its name says more than the result
   // code; `why` is for the system log.
   void Stopped(const std::string& path, TextView why);
 
-  // Whether to go on with what `kind` (kOxAsk...) means for the native `path`. A
-  // no leaves that part undone. Throws 0x75 when the host cancels.
-  [[nodiscard]] bool Asks(LONG kind) const;
-  bool Allows(LONG kind, const std::string& path);
+  // The end of an operation that did all: the last report says so.
+  void Finish();
+
+  // Whether to go on with what `kind` (kOxAsk...) means for the native `path`;
+  // `loses_nothing` is the answer where nobody can be asked. A no leaves that part
+  // undone. Throws 0x75 for a cancelled question.
+  bool Allows(LONG kind, const std::string& path, bool loses_nothing);
 
   // Whether the host cancelled, or said no to any part.
   [[nodiscard]] bool Aborted() const { return aborted_; }
 
+  // What was done so far, and what to; the native path of the latest item.
+  [[nodiscard]] std::int64_t items_done() const { return items_done_; }
+  [[nodiscard]] std::int64_t bytes_done() const { return bytes_done_; }
+  [[nodiscard]] const std::string& latest() const { return latest_; }
+
  private:
   void Report(const std::string& path);
+  [[nodiscard]] bool Asks(LONG kind) const;
   [[nodiscard]] LONG Tell(const std::string& path);
   [[noreturn]] void Cancel();
 
   OxHost host_;
   std::uint16_t flags_;
   Text title_;
+  std::string latest_;
   bool watched_;
   bool aborted_ = false;
   bool yes_to_all_[4] = {};  // by kind

@@ -79,7 +79,7 @@ bool Transferrer::ReachTarget(const std::string& path) {
   struct stat facts;
   if (stat(path.c_str(), &facts) != 0) {
     if (errno != ENOENT) Fail(errno, Side::kTarget);
-    if (!operation_.progress.Allows(kOxAskMakeDirectory, path)) {
+    if (!operation_.progress.Allows(kOxAskMakeDirectory, path, /*loses_nothing=*/true)) {
       unwanted_.insert(path);
       return false;
     }

@@ -237,7 +237,8 @@ ProgramEnd ChildProgram::Wait() {
   return end_.value_or(ProgramEnd{});
 }
 
-std::optional<std::string> ChildProgram::ReadOutput(std::size_t most_bytes) {
+std::optional<std::string> ChildProgram::ReadOutput(std::size_t most_bytes, void (*meanwhile)()) {
+  constexpr int kBetween_ms = 25;
   std::string text;
   char part[4096];
   for (bool ended = false;;) {
@@ -255,7 +256,8 @@ std::optional<std::string> ChildProgram::ReadOutput(std::size_t most_bytes) {
     // Something that the program left behind may hold the output open for good:
     // what is there once the program itself has ended is all.
     pollfd waiting[] = {{output_, POLLIN, 0}, {handle_, POLLIN, 0}};
-    poll(waiting, 2, handle_ >= 0 ? -1 : kLookEvery_ms);
+    const int patience = meanwhile != nullptr ? kBetween_ms : handle_ >= 0 ? -1 : kLookEvery_ms;
+    if (poll(waiting, 2, patience) == 0 && meanwhile != nullptr) meanwhile();
     if (!end_) end_ = Look(process_, WNOHANG);
     ended = end_.has_value();
   }

@@ -64,7 +64,8 @@ class ChildProgram {
   // What the program writes until it ends; none when that is more than
   // `most_bytes`, and the program is then ended. Helpers that it leaves behind
   // are not waited for.
-  [[nodiscard]] std::optional<std::string> ReadOutput(std::size_t most_bytes);
+  // `meanwhile` may be null; else it is called every 25 milliseconds.
+  [[nodiscard]] std::optional<std::string> ReadOutput(std::size_t most_bytes, void (*meanwhile)() = nullptr);
   // Ends the program and the helpers that stayed in its group, also when it has
   // ended itself but was not waited for yet, and waits.
   void Kill();

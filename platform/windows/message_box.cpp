@@ -11,9 +11,9 @@
 #include <string_view>
 
 #include "orvix/platform.h"
+#include "platform/dialogs/question.h"
 #include "platform/host/host_table.h"
 #include "platform/system/log.h"
-#include "platform/system/process.h"
 
 namespace Orvix {
 namespace {
@@ -53,25 +53,12 @@ int SeverityOf(UINT style) {
   return icon == MB_ICONERROR ? LOG_ERR : icon == 0x30 ? LOG_WARNING : LOG_NOTICE;
 }
 
-// By the dialog program that is there; false when none showed it.
 bool ShowDialog(TextView text, TextView title, UINT style) {
-  if (!HasDisplay()) return false;
   const int severity = SeverityOf(style);
-  const std::string words = ToUtf8(text);
-  const std::string name = ToUtf8(title);
-  const char* const zenity = severity == LOG_ERR ? "--error" : severity == LOG_WARNING ? "--warning" : "--info";
-  const char* const kdialog = severity == LOG_ERR ? "--error" : severity == LOG_WARNING ? "--sorry" : "--msgbox";
-  const ProgramCall calls[] = {
-      {FindProgram("zenity"), {zenity, "--no-markup", "--title=" + name, "--text=" + words}},
-      {FindProgram("kdialog"), {"--title", name, kdialog, words}},
-  };
-  for (const ProgramCall& call : calls) {
-    ChildProgram child;
-    if (call.program.empty() || child.Start(call, ChildProgram::Output::kUnheard) != 0) continue;
-    child.Wait();
-    return true;
-  }
-  return false;
+  return Tell(title, text,
+              severity == LOG_ERR       ? Gravity::kError
+              : severity == LOG_WARNING ? Gravity::kWarning
+                                        : Gravity::kInformation);
 }
 
 void ShowUnattended(TextView text, TextView title, UINT style) {

@@ -154,6 +154,12 @@ TEST(OrvixctlCallJson, RecordsGoByField) {
   EXPECT_NE(result.out.find(R"("sExtension":"txt","lSize":5,"dDate":"2)"), std::string::npos) << result.out;
 }
 
+TEST(OrvixctlCallErrors, WhatAMemberSwallowsIsToldAfterwards) {
+  const ProgramResult result = Call({"classOrvix.MyFileCopy", "Z:\\nowhere\\a", "Z:\\nowhere\\b"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, "orvixctl: the file operation failed: a name is invalid or leads nowhere\n");
+}
+
 // What the environment chooses, at the start of a process.
 TEST(OrvixctlCallEnvironment, CodePageAndTextInFiles) {
   const testing_support::ScratchDirectory scratch;

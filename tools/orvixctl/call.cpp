@@ -214,6 +214,18 @@ Json JsonStep(const Step& step, const Outcome& outcome, const Library& library) 
   return json;
 }
 
+// Tells of a file operation since `before` that failed inside a member which has no
+// answer of its own.
+bool OperationFailed(const OxFileOperationFacts& before) {
+  OxFileOperationFacts now{};
+  String item;
+  String words;
+  if (FAILED(OxLastFileOperation(&now, item.Receive(), words.Receive()))) return false;
+  if (now.serial == before.serial || (now.code == 0 && now.aborted == 0)) return false;
+  Console::Complain("the file operation failed: " + words.Utf8() + (item.View().empty() ? "" : ", at " + item.Utf8()));
+  return true;
+}
+
 }  // namespace
 
 int Call(const Session& session, const std::vector<std::string>& words) {
@@ -232,8 +244,11 @@ int Call(const Session& session, const std::vector<std::string>& words) {
       its = next;
       object = std::exchange(last, nullptr);
     }
+    OxFileOperationFacts before{};
+    OxLastFileOperation(&before, nullptr, nullptr);
     try {
       const Outcome outcome = Caller(session, *its, object).Do(step);
+      if (!outcome.has_result && OperationFailed(before)) status = kExitFailed;
       last = outcome.has_result && outcome.result.Type() == VT_DISPATCH
                  ? Pointer<IDispatch>::Share(outcome.result.get().pdispVal)
                  : nullptr;

@@ -38,6 +38,27 @@ class FileOperation : public Object<_CSHFileOp> {
   void AddSourceFile(TextArgument name) { Call(&I::AddSourceFile, name); }
   void ClearDestFiles() { Call(&I::ClearDestFiles); }
   void AddDestFile(TextArgument name) { Call(&I::AddDestFile, name); }
+
+  // What became of this thread's last file operation: code 0 is done, `item` the one
+  // that it stopped at.
+  struct Outcome {
+    LONG code = 0;
+    bool aborted = false;  // a part was left out, or all was cancelled
+    int64_t items_done = 0;
+    int64_t bytes_done = 0;
+    String item;
+    String words;  // in English
+  };
+  [[nodiscard]] static Outcome Last() {
+    Outcome outcome;
+    OxFileOperationFacts facts{};
+    Check(OxLastFileOperation(&facts, outcome.item.Receive(), outcome.words.Receive()));
+    outcome.code = facts.code;
+    outcome.aborted = facts.aborted != 0;
+    outcome.items_done = facts.itemsDone;
+    outcome.bytes_done = facts.bytesDone;
+    return outcome;
+  }
 };
 
 }  // namespace Orvix

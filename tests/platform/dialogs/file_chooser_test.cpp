@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "orvix/runtime.h"
 #include "platform/dialogs/start_place.h"
 #include "support/stand_in_desktop.h"
 
@@ -22,6 +23,18 @@ class FileChooserTest : public ::testing::Test {
   }
   Desktop desktop_;
 };
+
+TEST_F(FileChooserTest, WhatBecameOfADialogCanBeAsked) {
+  desktop_.InstallAnswer("zenity", "/srv/data/a\n");
+  EXPECT_THAT(ChooseFiles(Request()), ElementsAre("/srv/data/a"));
+  EXPECT_EQ(OxLastDialog(), kOxDialogAnswered);
+  desktop_.InstallAnswer("zenity", "", 1);
+  EXPECT_THAT(ChooseFiles(Request()), IsEmpty());
+  EXPECT_EQ(OxLastDialog(), kOxDialogCancelled);
+  std::filesystem::remove(desktop_.programs.Native("zenity"));
+  EXPECT_THAT(ChooseFiles(Request()), IsEmpty());
+  EXPECT_EQ(OxLastDialog(), kOxDialogNotShown);
+}
 
 TEST_F(FileChooserTest, TellsZenityEverythingInOptionsWithValues) {
   desktop_.InstallAnswer("zenity", "/srv/data/a\n");

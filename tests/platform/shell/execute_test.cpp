@@ -47,6 +47,34 @@ TEST_F(ExecuteTest, TheOpenerGetsTheFileAsOneWord) {
                                             desktop_.files.Native("folder"), "xdg-open", "https://example.org/?q=a b"));
 }
 
+TEST_F(ExecuteTest, AddressesWithoutASchemeAndProgramsByTheirBareName) {
+  desktop_.InstallAnswer("xdg-open", "");
+  desktop_.InstallAnswer("tool", "");
+  EXPECT_EQ(Open(u"WWW.example.org/a?b"), 42);
+  EXPECT_EQ(Open(u"www"), 2);
+  EXPECT_THAT(desktop_.Words(), ElementsAre("xdg-open", "http://WWW.example.org/a?b"));
+  std::filesystem::remove(desktop_.programs.Native("calls"));
+  EXPECT_EQ(Open(u"tool", u"one \"two three\""), 42);
+  EXPECT_THAT(WordsOnceThere(), ElementsAre("tool", "one", "two three"));
+  EXPECT_EQ(Open(u"tool.txt"), 2);
+  EXPECT_EQ(Open(u"nowhere\\tool"), 3);
+}
+
+// While the opener is waited for the host goes on.
+TEST_F(ExecuteTest, TheHostWorksMeanwhile) {
+  desktop_.files.Write("a.txt", "");
+  desktop_.Install("xdg-open", "#!/bin/sh\nexec /bin/sleep 0.3\n");
+  OxHost host{};
+  int calls = 0;
+  host.size = sizeof host;
+  host.context = &calls;
+  host.DoEvents = [](void* count) { ++*static_cast<int*>(count); };
+  OxSetHost(&host);
+  EXPECT_EQ(Open(desktop_.files.Name(u"\\a.txt")), 42);
+  EXPECT_GE(calls, 5);
+  OxSetHost(nullptr);
+}
+
 TEST_F(ExecuteTest, TheOpenersStatusBecomesACode) {
   desktop_.files.Write("a.txt", "");
   struct Case {

@@ -2,6 +2,7 @@
 #include "orvix/host.h"
 #include "platform/shell/file_request.h"
 #include "platform/shell/mounted.h"
+#include "tests/support/stand_in_desktop.h"
 
 namespace Orvix::testing {
 namespace {
@@ -217,7 +218,80 @@ TEST_F(HostTest, SimpleProgressShowsTheTitle) {
   Watch();
   EXPECT_EQ(Perform(kDeleting, {"a"}, {}, 0x110, "Tidying\x85"), kDone);
   ASSERT_FALSE(seen_.empty());
-  EXPECT_EQ(seen_[0].name, "Tidying\u2026");
+  EXPECT_EQ(seen_[0].name, "Tidying\u2026\n" + Full("a"));
+}
+
+TEST_F(HostTest, TheLastReportSaysAllOfAll) {
+  for (int i = 0; i < 300; ++i) MakeFiles("d", "f" + std::to_string(i) + "=12345");
+  Watch();
+  EXPECT_EQ(Perform(kCopying, {"d"}, {"t"}), kDone);
+  ASSERT_FALSE(seen_.empty());
+  EXPECT_EQ(seen_.back().items_total, 301);
+  EXPECT_EQ(seen_.back().bytes_total, 1500);
+  EXPECT_EQ(seen_.back().bytes_done, 1500);
+}
+
+// A window of the desktop asks where the host does not.
+TEST_F(HostTest, AQuestionWindowIsAnsweredInEveryWay) {
+  OxSetHost(nullptr);
+  const Desktop desktop;
+  const struct {
+    const char* output;
+    int status;
+    Outcome outcome;
+    const char* after;
+  } rows[] = {
+      {"", 0, kDone, "d/a=1 d/b=2"},  // Yes
+      {"Yes to all\n", 1, kDone, "d/a=1 d/b=2"},
+      {"No\n", 1, {0, 1}, "d/a=8 d/b=9"},
+      {"", 1, {0x75, 1}, "d/a=8 d/b=9"},  // cancelled
+      {"what is this\n", 1, {0x75, 1}, "d/a=8 d/b=9"},
+  };
+  for (const auto& row : rows) {
+    Make("a=1 b=2 d/a=8 d/b=9");
+    std::filesystem::remove(desktop.programs.Native("calls"));
+    desktop.InstallAnswer("zenity", row.output, row.status);
+    EXPECT_EQ(Perform(kCopying, {"a", "b"}, {"d"}, 0), row.outcome) << row.output;
+    EXPECT_EQ(Now(), std::string("a=1 b=2 d/ ") + row.after) << row.output;
+    const std::vector<std::string> words = desktop.Words();
+    ASSERT_GE(words.size(), 5u);
+    EXPECT_EQ(words[4], "--text=Replace the file that is there already?\n" + Full("d\\a"));
+    const bool once = row.outcome.code != 0 || std::string(row.output) == "Yes to all\n";
+    EXPECT_EQ(words.size(), once ? 9u : 18u) << row.output;
+  }
+}
+
+TEST_F(HostTest, WithNobodyToAskNothingIsLost) {
+  OxSetHost(nullptr);
+  const Variable x("DISPLAY", nullptr);
+  const Variable wayland("WAYLAND_DISPLAY", nullptr);
+  Make("a=1 b=2 d/a=8");
+  EXPECT_EQ(Perform(kCopying, {"a", "b"}, {"d"}, 0), (Outcome{0, 1}));
+  EXPECT_EQ(Perform(kDeleting, {"a"}, {}, 0), (Outcome{0, 1}));
+  EXPECT_EQ(Perform(kMoving, {"b"}, {"new\\b"}, 0), kDone);
+  EXPECT_EQ(Now(), "a=1 d/ d/a=8 d/b=2 new/ new/b=2");
+  OxFileOperationFacts facts{};
+  BSTR item = nullptr;
+  BSTR words = nullptr;
+  ASSERT_EQ(OxLastFileOperation(&facts, &item, &words), S_OK);
+  EXPECT_EQ(facts.code, 0);
+  EXPECT_EQ(facts.itemsDone, 1);
+  EXPECT_EQ(ViewOf(words), u"done");
+  SysFreeString(item);
+  SysFreeString(words);
+  const std::int64_t serial = facts.serial;
+  EXPECT_EQ(Perform(kCopying, {"none"}, {"d"}).code, 2);
+  ASSERT_EQ(OxLastFileOperation(&facts, &item, &words), S_OK);
+  EXPECT_EQ(facts.serial, serial + 1);
+  EXPECT_EQ(facts.code, 2);
+  EXPECT_EQ(ViewOf(words), u"there is no such file or directory");
+  SysFreeString(item);
+  SysFreeString(words);
+  EXPECT_EQ(Perform(kDeleting, {"a"}, {}, 0), (Outcome{0, 1}));
+  ASSERT_EQ(OxLastFileOperation(&facts, &item, nullptr), S_OK);
+  EXPECT_EQ(facts.aborted, 1);
+  EXPECT_EQ(ToUtf8(ViewOf(item)), Full("a"));
+  SysFreeString(item);
 }
 
 }  // namespace
