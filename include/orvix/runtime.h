@@ -83,6 +83,17 @@ struct OxFileOperationFacts {
 // `words` the code in words, in English. Either may be null; the caller frees them.
 ORVIX_API HRESULT ORVIX_CALL OxLastFileOperation(OxFileOperationFacts* facts, BSTR* item, BSTR* words);
 
+// What lies in the user's trash, on all file systems that are mounted, the latest
+// deleted first: three texts for each item, one after the other: its id (its name in
+// the trash), the name that it had, and when it was deleted (local time,
+// 2002-11-30T10:00:00). The caller's array.
+ORVIX_API HRESULT ORVIX_CALL OxListTrash(SAFEARRAY** texts);
+// Brings back the item with this id, or the latest that had this name. Error 53 when
+// there is none, 58 when something has its place; nothing is ever replaced.
+ORVIX_API HRESULT ORVIX_CALL OxRestoreFromTrash(const OLECHAR* nameOrId);
+// Erases such an item for good, or with null all of them.
+ORVIX_API HRESULT ORVIX_CALL OxEraseFromTrash(const OLECHAR* nameOrId);
+
 // What became of the last dialog that the run-time showed on this thread.
 inline constexpr LONG kOxDialogNone = 0;
 inline constexpr LONG kOxDialogAnswered = 1;

@@ -141,6 +141,16 @@ const char16_t* WordsOf(INT code) {
 }
 
 }  // namespace
+
+INT Perform(Request request) noexcept {
+  return CodeOf([&] {
+    const Progress progress(OxHost{}, request);
+    Operation operation{std::move(request), progress};
+    const NoSizeSignal no_signal;
+    Perform(operation);
+  });
+}
+
 }  // namespace Orvix::Shell
 
 // 0 when everything was done, else a result code; the request's aborted flag

@@ -12,6 +12,9 @@ struct Operation {
   Progress progress;
 };
 
+// Does what is asked for; the result code. Of a host nothing is asked or told.
+[[nodiscard]] INT Perform(Request request) noexcept;
+
 }  // namespace Orvix::Shell
 
 #endif

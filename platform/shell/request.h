@@ -34,9 +34,8 @@ struct Request {
 };
 
 // The 30 bytes at `packed` and the lists that they point at. A list ends at its
-// first empty name. Codes: 87 for an unknown operation or no source address, 5
-// for no target address where one is needed, 0x7C for a list whose names lost
-// characters on their way into the code page.
+// first empty name. Names are the texts behind the bytes. Codes: 87 for an unknown
+// operation or no source address, 5 for no target address where one is needed.
 [[nodiscard]] Request Unpack(const void* packed);
 
 // Writes the flag that says whether the user stopped any part.

@@ -50,6 +50,16 @@ int ExportRegistry(Console& console, const RegistryRequest& request);
 int ImportRegistry(Console& console, const RegistryRequest& request);
 int CheckRegistry(Console& console, const RegistryRequest& request);
 
+// What a trash command is told.
+struct TrashRequest {
+  std::vector<std::string> names;  // native ones, or ids
+  bool json = false;
+};
+// CommandError for what is not there, and for a place that is taken.
+int ListTrash(Console& console, const TrashRequest& request);
+int RestoreFromTrash(Console& console, const TrashRequest& request);
+int EmptyTrash(Console& console, const TrashRequest& request);
+
 }  // namespace Orvix::ctl
 
 #endif

@@ -41,6 +41,7 @@ struct Request {
   std::string name;  // to describe, or a command to explain
   Words call;        // CLASS.MEMBER and all behind it
   RegistryRequest registry;
+  TrashRequest trash;
   std::function<int()> run;
 };
 
@@ -87,6 +88,24 @@ void AddRegistry(CLI::App& app, Request& request, Console& console) {
   command = add("import", "reads such a text into the registry", ImportRegistry);
   command->add_option("FILE", wanted.file, "\"-\" for standard input")->required();
   add("check", "says whether the store is sound, and what can be read of it", CheckRegistry);
+}
+
+void AddTrash(CLI::App& app, Request& request, Console& console) {
+  CLI::App* const trash = app.add_subcommand("trash", "what deletions that can be undone put there");
+  trash->group("Files")->require_subcommand(1);
+  TrashRequest& wanted = request.trash;
+  const auto add = [&](const char* name, const char* help, int (*run)(Console&, const TrashRequest&)) {
+    CLI::App* const command = trash->add_subcommand(name, help);
+    command->callback([&, run] { request.run = [&, run] { return run(console, request.trash); }; });
+    return command;
+  };
+  add("list", "time of deletion, name and id of each item, the latest first", ListTrash)
+      ->add_flag("--json", wanted.json, "one JSON document");
+  add("restore", "puts items back where they were; nothing is replaced", RestoreFromTrash)
+      ->add_option("NAME", wanted.names, "the name that it had, or its id")
+      ->required();
+  add("empty", "erases items for good, all of them without a name", EmptyTrash)
+      ->add_option("NAME", wanted.names, "the name that it had, or its id");
 }
 
 // Where the words of a call begin: behind "call" and its options; else the end.
@@ -139,6 +158,7 @@ int Run(Words words, Console& console) {
     return kExitDone;
   });
   AddRegistry(app, request, console);
+  AddTrash(app, request, console);
   app.add_subcommand("help", "this text, or a command's")->group("Look")->add_option("COMMAND", request.name);
 
   const auto call = CallWords(words);
