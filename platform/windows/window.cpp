@@ -1,16 +1,33 @@
 // Placing and naming windows and looking for input: the host's way, else the
 // display's.
+#include <syslog.h>
+
+#include <atomic>
+#include <cstdlib>
 #include <new>
 
 #include "frame/runtime/runtime_error.h"
 #include "orvix/platform.h"
 #include "platform/host/host_table.h"
+#include "platform/system/log.h"
 #include "platform/windows/display.h"
 
 namespace {
 
 // Handles have 32 bits for a host; the platform keeps them sign-extended.
 LONG HandleBits(const void* handle) { return static_cast<LONG>(reinterpret_cast<std::intptr_t>(handle)); }
+
+// On a Wayland display programs do not place windows.
+void NoteWaylandAlone() noexcept {
+  const auto is_set = [](const char* name) {
+    const char* const value = secure_getenv(name);
+    return value != nullptr && *value != '\0';
+  };
+  static constinit std::atomic_flag said = ATOMIC_FLAG_INIT;
+  if (is_set("WAYLAND_DISPLAY") && !is_set("DISPLAY")) {
+    Orvix::LogOnce(said, LOG_NOTICE, "Windows are not placed: that takes an X display, and there is a Wayland one");
+  }
+}
 
 }  // namespace
 
@@ -22,6 +39,7 @@ BOOL ORVIX_CALL SetWindowPos(void* window, void* after, INT x, INT y, INT cx, IN
   }
   try {
     const Orvix::WindowPlace place{HandleBits(after), x, y, cx, cy, flags};
+    NoteWaylandAlone();
     return Orvix::CurrentDisplay()->PlaceWindow(reinterpret_cast<std::uintptr_t>(window), place) ? 1 : 0;
   } catch (const std::bad_alloc&) {
     return 0;
