@@ -61,6 +61,7 @@ bool Narrow(TextView text, BYTE* bytes) noexcept {
   BOOL substituted = 0;
   WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<INT>(size), reinterpret_cast<char*>(bytes),
                       static_cast<INT>(size), nullptr, &substituted);
+  if (substituted != 0) OxNoteLostText("a text buffer");
   return substituted == 0;
 }
 

@@ -264,6 +264,9 @@ ORVIX_API UINT ORVIX_CALL OxCodePage(void);
 // Text to and from the ANSI code page (substitute "?"; the only page known is CP_ACP,
 // 0, and its own number). One byte per UTF-16 unit, and every byte has a unit.
 inline constexpr UINT CP_ACP = 0;
+// Text that was put into `where` ("a file"; a literal) lost characters: one line in the
+// log for each such place and process.
+ORVIX_API void ORVIX_CALL OxNoteLostText(const char* where);
 ORVIX_API INT ORVIX_CALL MultiByteToWideChar(UINT page, DWORD flags, const char* bytes, INT count, OLECHAR* text,
                                              INT capacity);
 ORVIX_API INT ORVIX_CALL WideCharToMultiByte(UINT page, DWORD flags, const OLECHAR* text, INT units, char* bytes,

@@ -5,7 +5,11 @@
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
+#include <new>
+#include <set>
 
+#include "frame/runtime/never_destroyed.h"
 #include "orvix/runtime.h"
 #include "platform/names/code_page.h"
 #include "platform/system/log.h"
@@ -44,10 +48,7 @@ std::size_t CharacterLength(std::string_view bytes) {
   return follows(1) && follows(2) && follows(3) ? 4 : 0;
 }
 
-void NoteLoss() noexcept {
-  static constinit std::atomic_flag said = ATOMIC_FLAG_INIT;
-  LogOnce(said, LOG_WARNING, "text written to a file lost characters: they are \"?\" there");
-}
+void NoteLoss() noexcept { OxNoteLostText("a file"); }
 
 }  // namespace
 
@@ -102,6 +103,17 @@ Text DecodeUtf8File(std::string_view bytes) {
 }
 
 }  // namespace Orvix
+
+void ORVIX_CALL OxNoteLostText(const char* where) {
+  static constinit std::mutex mutex;
+  static Orvix::NeverDestroyed<std::set<std::string>> said;
+  try {
+    const std::lock_guard lock(mutex);
+    if (!(*said).insert(where).second) return;
+    Orvix::Log(LOG_WARNING, "Text put into " + std::string(where) + " lost characters: they are \"?\" there");
+  } catch (const std::bad_alloc&) {  // a record that cannot be made is dropped
+  }
+}
 
 HRESULT ORVIX_CALL OxSetFileText(UINT page) {
   if (page != CP_ACP && page != Orvix::kUtf8) return E_INVALIDARG;

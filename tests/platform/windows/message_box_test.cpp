@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "orvix/platform.h"
+#include "orvix/runtime.h"
 #include "tests/support/recording_host.h"
 #include "tests/support/stand_in_desktop.h"
 
@@ -97,6 +98,17 @@ TEST_F(MessageBoxTest, GoesWhereItIsSent) {
     EXPECT_EQ(desktop.Words(), row.shown ? shown : std::vector<std::string>()) << row.where;
   }
   unsetenv("ORVIX_MESSAGES");
+}
+
+// Once for each place in a process.
+TEST_F(MessageBoxTest, LostTextIsNotedOnceForEachPlace) {
+  static std::size_t said = 0;
+  for (const char* where : {"a", "b", "a"}) OxNoteLostText(where);
+  said += records.size();
+  ASSERT_EQ(said, 2u);
+  if (!records.empty()) {
+    EXPECT_EQ(records[0].text, "Text put into a lost characters: they are \"?\" there");
+  }
 }
 
 // Once in a process, however often it is asked for.
