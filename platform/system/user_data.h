@@ -8,8 +8,8 @@ namespace Orvix {
 
 // The user's data directory, absolute and without a slash at its end: what
 // XDG_DATA_HOME names, else .local/share in the home directory; relative values are
-// ignored, and those of a process with more rights than its caller (XDG Base
-// Directory Specification 0.8). Empty when there is no home directory either.
+// ignored, and those of a process with more rights than its caller (freedesktop.org's
+// basedir 0.8). Empty when there is no home directory either.
 [[nodiscard]] std::string UserDataDirectory();
 
 // Makes a directory that is missing, with all above it, for its user alone. An
