@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <cstdio>
 #include <functional>
 #include <random>
 #include <string>
@@ -73,13 +74,13 @@ class Scratch {
 // Descriptors that are open now.
 [[nodiscard]] std::size_t OpenDescriptors();
 // The number that a call fails with, 0 for none; its words are kept.
-inline thread_local std::string last_error;
+inline thread_local char last_error[200];
 template <class Call>
 LONG NumberOf(Call&& call) {
   try {
     call();
   } catch (const Error& error) {
-    last_error = error.what();
+    std::snprintf(last_error, sizeof last_error, "%s", error.what());
     return error.Number();
   } catch (const std::bad_alloc&) {
     return 7;

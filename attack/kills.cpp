@@ -80,7 +80,8 @@ void Limits(Trial& trial) {
   while (trial.TimeLeft()) {
     const Scenario& scenario = scenarios[trial.Pick(scenarios.size())];
     const std::size_t kind = trial.Pick(3);
-    const rlim_t amount = trial.Pick(kind == 0 ? 30 : kind == 1 ? 40'000 : 60'000'000);
+    const rlim_t memory = trial.Chance(50) ? 300'000 : 60'000'000;  // none at all, or too little
+    const rlim_t amount = trial.Pick(kind == 0 ? 30 : kind == 1 ? 40'000 : memory);
     const Scratch scratch;
     InChild(trial, 60, [&](Progress& progress) {
       constexpr const char* kWords[] = {"descriptors", "bytes of a file", "bytes of memory"};

@@ -29,7 +29,7 @@ int StoreSideBySide(const Scratch& scratch) {
         });
         if (number == 0) continue;
         ++failures;
-        std::printf("  a store failed: %s\n", last_error.c_str());
+        std::printf("  a store failed: %s\n", last_error);
       }
     });
   }

@@ -40,7 +40,7 @@ constexpr char16_t kUpperControls[32] = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
 };
-constexpr UINT kDefaultPage = 1252;
+constexpr UINT kDefaultNumber = 1252;
 
 // The C library's name of a page; empty for one that is not known here.
 std::string NameOf(UINT number) {
@@ -66,35 +66,46 @@ char16_t ConvertedByte(iconv_t conversion, unsigned char byte) {
   return static_cast<char16_t>(static_cast<unsigned char>(out[0]) | static_cast<unsigned char>(out[1]) << 8);
 }
 
+constexpr void FillBytes(Page& page) {
+  for (int byte = 1; byte < 0x100; ++byte) page.bytes[page.units[byte]] = static_cast<unsigned char>(byte);
+}
+
+// The default needs no memory: it serves when there is none.
+constexpr Page MakeDefaultPage() {
+  Page page{.number = kDefaultNumber};
+  for (int byte = 0; byte < 0x100; ++byte) page.units[byte] = static_cast<char16_t>(byte);
+  std::ranges::copy(kUpperControls, page.units + 0x80);
+  FillBytes(page);
+  return page;
+}
+constinit const Page default_page = MakeDefaultPage();
+
 // Null for a page that is not known, here or to the C library.
 std::unique_ptr<const Page> MakePage(UINT number) {
+  const std::string name = NameOf(number);
   auto page = std::make_unique<Page>();
+  const iconv_t conversion = name.empty() ? iconv_t(-1) : iconv_open("UTF-16LE", name.c_str());
+  if (conversion == iconv_t(-1)) return nullptr;
   page->number = number;
-  for (int byte = 0; byte < 0x100; ++byte) page->units[byte] = static_cast<char16_t>(byte);
-  if (number == kDefaultPage) {
-    std::ranges::copy(kUpperControls, page->units + 0x80);
-  } else {
-    const std::string name = NameOf(number);
-    const iconv_t conversion = name.empty() ? iconv_t(-1) : iconv_open("UTF-16LE", name.c_str());
-    if (conversion == iconv_t(-1)) return nullptr;
-    std::array<bool, 0x10000> taken{};
-    for (int byte = 0x80; byte < 0x100; ++byte) {
-      page->units[byte] = ConvertedByte(conversion, static_cast<unsigned char>(byte));
-      taken[page->units[byte]] = true;
-    }
-    iconv_close(conversion);
-    // What the page leaves open: the control character of the same code, else a private unit.
-    for (int byte = 0x80; byte < 0x100; ++byte) {
-      if (page->units[byte] != 0) continue;
-      page->units[byte] = static_cast<char16_t>(byte < 0xA0 && !taken[byte] ? byte : 0xF700 | byte);
-    }
+  std::array<bool, 0x10000> taken{};
+  for (int byte = 0; byte < 0x100; ++byte) {
+    page->units[byte] =
+        byte < 0x80 ? static_cast<char16_t>(byte) : ConvertedByte(conversion, static_cast<unsigned char>(byte));
+    taken[page->units[byte]] = true;
   }
-  for (int byte = 1; byte < 0x100; ++byte) page->bytes[page->units[byte]] = static_cast<unsigned char>(byte);
+  iconv_close(conversion);
+  // What the page leaves open: the control character of the same code, else a private unit.
+  for (int byte = 0x80; byte < 0x100; ++byte) {
+    if (page->units[byte] != 0) continue;
+    page->units[byte] = static_cast<char16_t>(byte < 0xA0 && !taken[byte] ? byte : 0xF700 | byte);
+  }
+  FillBytes(*page);
   return page;
 }
 
 // Each page is made once and stays: others may be using it. Null for an unknown one.
 const Page* PageNumbered(UINT number) {
+  if (number == kDefaultNumber) return &default_page;
   static constinit std::mutex mutex;
   static NeverDestroyed<std::map<UINT, std::unique_ptr<const Page>>> pages;
   const std::lock_guard lock(mutex);
@@ -103,29 +114,29 @@ const Page* PageNumbered(UINT number) {
   return page.get();
 }
 
-const Page* PageOfTheEnvironment() {
+constinit std::atomic<const Page*> the_page = &default_page;
+
+// Done when the library is loaded: conversions themselves cannot fail.
+[[maybe_unused]] const bool environment_is_read = [] {
   const char* const named = secure_getenv("ORVIX_CODE_PAGE");
-  if (named != nullptr && named[0] != '\0') {
-    char* end = nullptr;
-    const unsigned long number = std::strtoul(named, &end, 10);
-    const Page* const page = *end == '\0' && number < 0x10000 ? PageNumbered(static_cast<UINT>(number)) : nullptr;
-    if (page != nullptr) return page;
+  if (named == nullptr || named[0] == '\0') return false;
+  char* end = nullptr;
+  const unsigned long number = std::strtoul(named, &end, 10);
+  const Page* const page = *end == '\0' && number < 0x10000 ? PageNumbered(static_cast<UINT>(number)) : nullptr;
+  if (page == nullptr) {
     Log(LOG_WARNING, "ORVIX_CODE_PAGE names no code page that is known: 1252 is used");
+    return false;
   }
-  return PageNumbered(kDefaultPage);
-}
+  the_page = page;
+  return true;
+}();
 
-std::atomic<const Page*>& ThePage() {
-  static std::atomic<const Page*> page = PageOfTheEnvironment();
-  return page;
-}
-
-bool IsCodePage(UINT page) { return page == CP_ACP || page == ThePage().load()->number; }
+bool IsCodePage(UINT page) { return page == CP_ACP || page == the_page.load()->number; }
 
 }  // namespace
 
 bool ToAnsi(TextView text, char* bytes, char substitute) noexcept {
-  const Page& page = *ThePage().load();
+  const Page& page = *the_page.load();
   const char16_t* const units = text.data();
   bool exact = true;
   std::size_t at = 0;
@@ -159,7 +170,7 @@ std::string ToAnsi(TextView text, bool* exact) {
 }
 
 void FromAnsi(std::string_view bytes, char16_t* text) noexcept {
-  const Page& page = *ThePage().load();
+  const Page& page = *the_page.load();
   const auto byte_at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
   std::size_t at = 0;
   while (bytes.size() - at >= kBlock) {
@@ -187,14 +198,14 @@ HRESULT ORVIX_CALL OxSetCodePage(UINT page) {
   try {
     const Orvix::Page* const made = Orvix::PageNumbered(page);
     if (made == nullptr) return E_INVALIDARG;
-    Orvix::ThePage() = made;
+    Orvix::the_page = made;
     return S_OK;
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
   }
 }
 
-UINT ORVIX_CALL OxCodePage() { return Orvix::ThePage().load()->number; }
+UINT ORVIX_CALL OxCodePage() { return Orvix::the_page.load()->number; }
 
 // Both functions give the number of units or bytes written, or needed when
 // `capacity` is 0; a count of -1 means up to and with the NUL. 0 stands for
