@@ -56,6 +56,14 @@ TEST(OrvixctlDescribe, EveryAccessorOfAProperty) {
   EXPECT_TRUE(Says(out, "slot 17,")) << out;
 }
 
+TEST(OrvixctlDescribe, MembersOfAnyClass) {
+  const std::string out = RunProgram("orvixctl", {"describe", "getelement"}).out;
+  EXPECT_TRUE(out.starts_with("classOrvix.GetElement  method\n")) << out;
+  EXPECT_TRUE(Says(out, "\nclassString.GetElement  method\n")) << out;
+  EXPECT_TRUE(
+      Says(RunProgram("orvixctl", {"list", "--json"}).out, R"("creatable":true,"global":true},{"name":"class)"));
+}
+
 TEST(OrvixctlDescribe, DefaultMembers) {
   EXPECT_TRUE(Says(RunProgram("orvixctl", {"describe", "classString.Value"}).out,
                    "slot 2, dispatch identifier 0, default member"));

@@ -1,232 +1,12 @@
-// call: one object, one step after the other, through IDispatch.
-#include <memory>
+// call: one object, one step after the other.
 #include <utility>
 
-#include "argument.h"
 #include "call_words.h"
+#include "caller.h"
 #include "commands.h"
 #include "show.h"
-#include "words.h"
 
 namespace Orvix::ctl {
-
-namespace {
-
-struct Output {
-  std::string name;
-  Value value;
-};
-struct Outcome {
-  Value result;
-  bool has_result = false;
-  std::vector<Output> outputs;  // by-reference arguments that were written or asked for
-};
-
-// One argument on its way: the variable, and how it stood before the call.
-struct Slot {
-  Value variable;
-  Value before;
-  bool given = false;
-  bool asked_for = false;  // shown afterwards whatever it holds
-};
-
-// The VARIANT that hands `variable` over by reference.
-VARIANT ByReference(const Type& type, Value& variable) {
-  VARIANT reference{};
-  if (type.vt == VT_VARIANT) {
-    reference.vt = VT_BYREF | VT_VARIANT;
-    reference.pvarVal = variable.Reference();
-  } else {
-    reference.vt = static_cast<VARTYPE>(VT_BYREF | type.vt);
-    reference.byref = &variable.Reference()->llVal;
-  }
-  return reference;
-}
-
-bool SameShown(const Value& left, const Value& right) {
-  return left.Type() == right.Type() && JsonOf(left, nullptr) == JsonOf(right, nullptr);
-}
-
-// What to type for a member: "classOrvix.GetElement sList lIndex sSeparator".
-std::string Usage(const Class& its, const Member& member, std::size_t count) {
-  std::string usage = its.name + "." + member.name;
-  for (std::size_t i = 0; i < count; ++i) {
-    const Parameter& parameter = member.parameters[i];
-    usage += parameter.IsOptional() ? " [" + parameter.name + "]" : " " + parameter.name;
-  }
-  return usage;
-}
-
-class Caller {
- public:
-  Caller(const Session& session, const Class& its, Pointer<IDispatch> object)
-      : session_(session), reader_(session.library, session.component), its_(its), object_(std::move(object)) {}
-
-  // Throws Error for the call's own failure, after its outputs were taken.
-  Outcome Do(const Step& step) const {
-    Member member = Choose(step);
-    const bool puts = step.put.has_value();
-    const std::size_t count = member.parameters.size() - (puts ? 1 : 0);
-    std::vector<Slot> slots = Place(step, member, count);
-
-    Value put_value;
-    WORD flags = static_cast<WORD>(DISPATCH_METHOD | DISPATCH_PROPERTYGET);
-    if (puts) {
-      flags = DISPATCH_PROPERTYPUT;
-      put_value = PutValue(step, member, flags);
-    }
-    return Invoke(member, slots, puts ? &put_value : nullptr, flags);
-  }
-
- private:
-  Member Choose(const Step& step) const {
-    const int kinds = step.put ? INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF : INVOKE_FUNC | INVOKE_PROPERTYGET;
-    if (const Member* found = its_.Find(step.member, kinds)) return *found;
-    std::vector<std::string> names;
-    for (const Member& member : its_.members) names.push_back(member.name);
-    if (its_.Find(step.member, 0xF) == nullptr) {
-      throw UsageError(its_.name + " has no member \"" + step.member + "\"." + Suggestion(step.member, names) +
-                       " \"orvixctl describe " + its_.name +
-                       "\" shows the members; an argument that begins with a point is written with a backslash in "
-                       "front.");
-    }
-    throw UsageError(its_.name + "." + step.member + (step.put ? " cannot be put." : " can only be put."));
-  }
-
-  // The arguments in the order of the parameters.
-  std::vector<Slot> Place(const Step& step, const Member& member, std::size_t count) const {
-    std::vector<Slot> slots(count);
-    std::size_t next = 0;
-    for (const std::string& word : step.arguments) {
-      std::size_t index = count;
-      std::string text = word;
-      const std::size_t sign = word.find(":=");
-      for (std::size_t i = 0; sign != std::string::npos && i < count; ++i) {
-        if (SameName(word.substr(0, sign), member.parameters[i].name)) {
-          index = i;
-          text = word.substr(sign + 2);
-        }
-      }
-      if (index == count) index = next++;
-      if (index >= count) {
-        throw UsageError("too many arguments for " + its_.name + "." + member.name + ": \"" + word +
-                         "\" has no place. Usage: orvixctl call " + Usage(its_, member, count));
-      }
-      const Parameter& parameter = member.parameters[index];
-      if (slots[index].given) throw UsageError(parameter.name + " is given twice.");
-      if (text == kLeftOut) continue;
-      slots[index].given = true;
-      slots[index].asked_for = text == kVariable;
-      slots[index].variable = text == kVariable ? ArgumentReader::Blank(parameter.type)
-                                                : reader_.Read(parameter.type, parameter.name, Unescaped(text));
-    }
-    for (std::size_t i = 0; i < count; ++i) {
-      const Parameter& parameter = member.parameters[i];
-      if (slots[i].given || parameter.IsOptional()) continue;
-      if (!parameter.IsOutputOnly()) {
-        throw UsageError(its_.name + "." + member.name + ": the argument " + parameter.name + " (" +
-                         TypeText(parameter.type) + ") is missing. Usage: orvixctl call " + Usage(its_, member, count));
-      }
-      slots[i].given = true;
-      slots[i].asked_for = true;
-      slots[i].variable = ArgumentReader::Blank(parameter.type);
-    }
-    return slots;
-  }
-
-  // The value of a put. An object goes to the accessor that takes objects, when
-  // there is one.
-  Value PutValue(const Step& step, Member& member, WORD& flags) const {
-    const Parameter& parameter = member.parameters.back();
-    Value value = reader_.Read(parameter.type, parameter.name, Unescaped(*step.put));
-    if (member.kind == INVOKE_PROPERTYPUTREF) flags = DISPATCH_PROPERTYPUTREF;
-    if (value.IsObject() && member.kind == INVOKE_PROPERTYPUT) {
-      if (const Member* set = its_.Find(step.member, INVOKE_PROPERTYPUTREF)) {
-        member = *set;
-        flags = DISPATCH_PROPERTYPUTREF;
-      }
-    }
-    return value;
-  }
-
-  Outcome Invoke(const Member& member, std::vector<Slot>& slots, Value* put_value, WORD flags) const {
-    std::size_t used = slots.size();
-    while (used > 0 && !slots[used - 1].given) --used;
-    // Last first, a put's value in front of them all.
-    std::vector<VARIANT> arguments;
-    if (put_value != nullptr) arguments.push_back(put_value->get());
-    for (std::size_t i = used; i-- > 0;) {
-      const Type& type = member.parameters[i].type;
-      Slot& slot = slots[i];
-      if (!slot.given) {
-        arguments.push_back(Value::Missing().get());
-      } else if (type.by_reference) {
-        slot.before = slot.variable;
-        arguments.push_back(ByReference(type, slot.variable));
-      } else {
-        arguments.push_back(slot.variable.get());
-      }
-    }
-    DISPID named = DISPID_PROPERTYPUT;
-    DISPPARAMS params{arguments.data(), put_value != nullptr ? &named : nullptr, static_cast<UINT>(arguments.size()),
-                      put_value != nullptr ? 1U : 0U};
-    Outcome outcome;
-    EXCEPINFO exception{};
-    const HRESULT result =
-        object_->Invoke(member.id, IID_NULL, 0, flags, &params, outcome.result.Receive(), &exception, nullptr);
-    const String source = String::Adopt(exception.bstrSource);
-    const String description = String::Adopt(exception.bstrDescription);
-    SysFreeString(exception.bstrHelpFile);
-    if (result == DISP_E_EXCEPTION) {
-      const LONG number = exception.wCode != 0 ? exception.wCode : OxErrorNumber(exception.scode);
-      throw Error(exception.scode, number, Text(source.View()), Text(description.View()));
-    }
-    Check(result);
-    outcome.has_result = member.result.vt != VT_VOID;
-    for (std::size_t i = 0; i < used; ++i) {
-      Slot& slot = slots[i];
-      if (!slot.given || !member.parameters[i].type.by_reference) continue;
-      const bool changed = !SameShown(slot.before, slot.variable);
-      if (slot.asked_for || changed) outcome.outputs.push_back({member.parameters[i].name, std::move(slot.variable)});
-    }
-    return outcome;
-  }
-
-  const Session& session_;
-  ArgumentReader reader_;
-  const Class& its_;
-  Pointer<IDispatch> object_;
-};
-
-void Show(const Session& session, const Outcome& outcome) {
-  Console& out = session.console;
-  if (outcome.has_result) out << ShowValue(outcome.result, session.library) << "\n";
-  for (const Output& output : outcome.outputs) {
-    out << output.name << " = " << ShowValue(output.value, session.library) << "\n";
-  }
-  out.Flush();
-}
-
-Json JsonStep(const Step& step, const Outcome& outcome, const Library& library) {
-  Json json{{"member", step.member}};
-  if (outcome.has_result) json["result"] = JsonOf(outcome.result, &library);
-  for (const Output& output : outcome.outputs) json["outputs"][output.name] = JsonOf(output.value, &library);
-  return json;
-}
-
-// Tells of a file operation since `before` that failed inside a member which has no
-// answer of its own.
-bool OperationFailed(const OxFileOperationFacts& before) {
-  OxFileOperationFacts now{};
-  String item;
-  String words;
-  if (FAILED(OxLastFileOperation(&now, item.Receive(), words.Receive()))) return false;
-  if (now.serial == before.serial || (now.code == 0 && now.aborted == 0)) return false;
-  Console::Complain("the file operation failed: " + words.Utf8() + (item.View().empty() ? "" : ", at " + item.Utf8()));
-  return true;
-}
-
-}  // namespace
 
 int Call(const Session& session, const std::vector<std::string>& words) {
   const CallLine line = ParseCallLine(words);
@@ -244,30 +24,22 @@ int Call(const Session& session, const std::vector<std::string>& words) {
       its = next;
       object = std::exchange(last, nullptr);
     }
-    OxFileOperationFacts before{};
-    OxLastFileOperation(&before, nullptr, nullptr);
     try {
       const Outcome outcome = Caller(session, *its, object).Do(step);
-      if (!outcome.has_result && OperationFailed(before)) status = kExitFailed;
+      if (outcome.operation_failed) status = kExitFailed;
       last = outcome.has_result && outcome.result.Type() == VT_DISPATCH
                  ? Pointer<IDispatch>::Share(outcome.result.get().pdispVal)
                  : nullptr;
       if (session.json) {
-        calls.push_back(JsonStep(step, outcome, session.library));
+        AddOutcome(outcome, session.library, &calls.emplace_back(Json{{"member", step.member}}));
       } else {
         Show(session, outcome);
       }
     } catch (const Error& error) {
       status = kExitFailed;
-      calls.push_back({{"member", step.member},
-                       {"error",
-                        {{"number", error.Number()},
-                         {"source", JsonOf(error.Source())},
-                         {"description", JsonOf(error.Description())}}}});
+      calls.push_back({{"member", step.member}, {"error", JsonOfError(error)}});
       session.console.Flush();
-      Console::Complain(its->name + "." + step.member + " failed: error " + std::to_string(error.Number()) + " from " +
-                        (error.Source().empty() ? "the platform" : ToUtf8(error.Source())) + ": " +
-                        ToUtf8(error.Description()));
+      Console::Complain(its->name + "." + step.member + " failed: " + Told(error));
       break;
     }
   }

@@ -1,6 +1,8 @@
 // Splitting a call command line into steps.
 #include "call_words.h"
 
+#include <algorithm>
+
 #include "console.h"
 
 namespace Orvix::ctl {
@@ -15,15 +17,20 @@ bool StartsStep(std::string_view word) {
   return points > 0 && points < word.size() && IsLetter(word[points]);
 }
 
-Step StepOf(std::string_view word) {
+}  // namespace
+
+Step ParseStep(const Word& word) {
   Step step;
-  const std::size_t equals = word.find('=');
-  step.member = word.substr(0, equals);
-  if (equals != std::string_view::npos) step.put = word.substr(equals + 1);
+  const std::size_t equals = std::min(word.text.find('='), word.literal_from);
+  const bool puts = equals < word.literal_from && equals != std::string::npos;
+  step.member = word.text.substr(0, equals);
+  if (!puts) return step;
+  Word value = word;
+  value.text.erase(0, equals + 1);
+  if (value.literal_from != std::string::npos) value.literal_from -= equals + 1;
+  step.put = std::move(value);
   return step;
 }
-
-}  // namespace
 
 CallLine ParseCallLine(const std::vector<std::string>& words) {
   CallLine line;
@@ -36,26 +43,28 @@ CallLine ParseCallLine(const std::vector<std::string>& words) {
                      "classOrvix.GetElement.");
   }
   line.class_name = target.substr(0, point);
-  line.steps.push_back(StepOf(std::string_view(first).substr(point + 1)));
+  line.steps.push_back(ParseStep(first.substr(point + 1)));
   for (std::size_t i = 1; i < words.size(); ++i) {
     std::string_view word = words[i];
     if (!StartsStep(word)) {
-      line.steps.back().arguments.emplace_back(word);
+      line.steps.back().arguments.emplace_back(std::string(word));
       continue;
     }
     const bool on_result = word[1] == '.';
     word.remove_prefix(on_result ? 2 : 1);
-    line.steps.push_back(StepOf(word));
+    line.steps.push_back(ParseStep(std::string(word)));
     line.steps.back().on_result = on_result;
   }
   return line;
 }
 
-std::string Unescaped(std::string_view argument) {
+std::string Unescaped(const Word& word, std::size_t start) {
+  const std::string_view argument = std::string_view(word.text).substr(start);
   std::size_t backslashes = 0;
   while (backslashes < argument.size() && argument[backslashes] == '\\') ++backslashes;
   const std::string_view rest = argument.substr(backslashes);
-  const bool escaped = backslashes > 0 && (rest == kLeftOut || rest == kVariable || StartsStep(rest));
+  const bool special = rest == kLeftOut || rest == kVariable || StartsStep(rest) || rest.starts_with('$');
+  const bool escaped = word.literal_from > start && backslashes > 0 && special;
   return std::string(argument.substr(escaped ? 1 : 0));
 }
 

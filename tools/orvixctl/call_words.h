@@ -6,15 +6,30 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "orvix/orvix.hpp"
 
 namespace Orvix::ctl {
 
+// A word of a line. What a shell has quoted cannot be told from what it has not;
+// a script's quotation marks are kept as the place where the literal text begins.
+struct Word {
+  Word() = default;
+  Word(std::string its_text) : text(std::move(its_text)) {}
+
+  std::string text;
+  std::size_t literal_from = std::string::npos;  // nothing has a meaning of its own from here on
+  std::string variable;                          // of a script: what the argument stands for
+  std::optional<Value> value;                    // what it holds; an empty one without
+};
+
 struct Step {
   std::string member;
-  bool on_result = false;          // on the object that the step before returned
-  std::optional<std::string> put;  // the value for a property
-  std::vector<std::string> arguments;
+  bool on_result = false;   // on the object that the step before returned
+  std::optional<Word> put;  // the value for a property
+  std::vector<Word> arguments;
 };
 struct CallLine {
   std::string class_name;
@@ -30,9 +45,13 @@ inline constexpr std::string_view kVariable = "@";  // an empty variable, shown 
 // word names no member.
 [[nodiscard]] CallLine ParseCallLine(const std::vector<std::string>& words);
 
-// The text of an argument: one backslash in front of "_", "@" or ".", which
-// keeps the word from its meaning, is taken away.
-[[nodiscard]] std::string Unescaped(std::string_view argument);
+// What stands behind the equals sign of a first word is its put.
+[[nodiscard]] Step ParseStep(const Word& word);
+
+// The text of the word from `start` on: one backslash in front of "_", "@", "$" or a
+// point and a letter, which keeps the word from its meaning, is taken away where it
+// is not literal.
+[[nodiscard]] std::string Unescaped(const Word& word, std::size_t start = 0);
 
 }  // namespace Orvix::ctl
 

@@ -27,6 +27,12 @@ int PrintIdl(const Session& session);
 // kExitFailed when a step of the call failed; its error has been told.
 int Call(const Session& session, const std::vector<std::string>& words);
 
+// Carries out the lines of the file, "-" for standard input. kExitFailed behind the
+// first call that failed.
+int RunScript(const Session& session, const std::string& file);
+// The same for what is typed at a prompt; failures do not end it.
+int Shell(const Session& session);
+
 // The class, or UsageError with the nearest name.
 [[nodiscard]] const Class& RequireClass(const Library& library, const std::string& name);
 

@@ -52,6 +52,32 @@ Examples:
   orvixctl call classFilename.CompleteFilename='C:\a.txt' .Extension .Path
   orvixctl call classString.Value=Hello .Mid=XY 2 2 .Value .Left 3 ..UCase)";
 
+inline constexpr char kRunHelp[] =
+    R"(A step is one line:
+  NAME = new CLASS              an object
+  NAME.MEMBER [ARGUMENT...]     calls a method or reads a property, and prints what
+                                "orvixctl call" prints
+  NAME.MEMBER=VALUE [INDEX...]  puts a property
+  MEMBER [ARGUMENT...]          a member of the global object, classOrvix
+  NAME = STEP                   keeps the result instead of printing it
+  NAME = $OTHER                 the same value under another name
+  print WORD...                 the words with blanks between
+  ! STEP                        must fail; its error is printed, and the script goes on
+  # ...                         nothing
+
+Arguments are typed as for "orvixctl call". $NAME is what a name holds, and takes what
+the call writes into it; @NAME is an empty variable that is named so afterwards. Words
+end at blanks. '...' keeps all between as it is, "..." knows JSON's escapes (\n, \",
+\u20ac); nothing in either has a meaning of its own.
+
+A step that fails ends the script with its line's number and status 1.
+
+Example:
+  s = new classString
+  s.Append 'some text'
+  n = s.Length
+  print length: $n)";
+
 inline constexpr char kRegisterHelp[] =
     R"(Writes the classes, program identifiers and the type library into the registry,
 so that CoCreateInstance finds them.)";

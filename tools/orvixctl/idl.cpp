@@ -27,7 +27,7 @@ std::string Attributes(const Parameter& parameter) {
   if (parameter.IsOutputOnly()) text = "[out";
   if (parameter.IsWritten() && !parameter.IsOutputOnly()) text += ", out";
   if (parameter.IsOptional()) text += ", optional";
-  if (parameter.HasDefault()) text += ", defaultvalue(" + DefaultText(parameter.default_value) + ")";
+  if (parameter.HasDefault()) text += ", defaultvalue(" + DefaultText(parameter, nullptr) + ")";
   return text + "] ";
 }
 

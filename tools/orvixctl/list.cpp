@@ -68,7 +68,9 @@ Json JsonClass(const Class& described) {
           {"help", described.help},
           {"clsid", GuidText(described.clsid)},
           {"interface", described.interface_name},
-          {"iid", GuidText(described.iid)}};
+          {"iid", GuidText(described.iid)},
+          {"creatable", (described.flags & TYPEFLAG_FCANCREATE) != 0},
+          {"global", (described.flags & TYPEFLAG_FAPPOBJECT) != 0}};
 }
 
 Json JsonConstant(const Constant& constant) {
@@ -88,9 +90,9 @@ Json JsonRecord(const Record& described) {
       {"name", described.name}, {"guid", GuidText(described.guid)}, {"fields", JsonList(described.fields, JsonField)}};
 }
 
-void DescribeMember(Console& out, const Class& described, const Member& member) {
+void DescribeMember(Console& out, const Library& library, const Class& described, const Member& member) {
   out << out.Strong(described.name + "." + member.name) << "  " << KindText(member.kind) << "\n";
-  out << "  " << Signature(member) << "\n";
+  out << "  " << Signature(member, &library) << "\n";
   if (!member.help.empty()) out << "  " << member.help << "\n";
   std::size_t width = 0;
   for (const Parameter& parameter : member.parameters) width = std::max(width, parameter.name.size());
@@ -103,7 +105,7 @@ void DescribeMember(Console& out, const Class& described, const Member& member) 
       out << ", read and written";
     }
     if (parameter.IsOptional()) out << ", optional";
-    if (parameter.HasDefault()) out << ", default " << DefaultText(parameter.default_value);
+    if (parameter.HasDefault()) out << ", default " << DefaultText(parameter, &library);
     out << "\n";
   }
   out << "  slot " << std::to_string(member.slot) << ", dispatch identifier " << std::to_string(member.id);
@@ -119,7 +121,7 @@ void DescribeClass(Console& out, const Library& library, const Class& described)
   out << "  interface  " << GuidText(described.iid) << " " << described.interface_name << "\n\n";
   for (const Member& member : described.members) {
     out << "  " << Padded(std::to_string(member.slot), 3) << " " << Padded(std::string(KindText(member.kind)), 13)
-        << " " << Signature(member) << "\n";
+        << " " << Signature(member, &library) << "\n";
     if (!member.help.empty()) out << std::string(20, ' ') << out.Faint(member.help) << "\n";
   }
 }
@@ -141,6 +143,38 @@ void DescribeRecord(Console& out, const Record& described) {
   for (const Field& field : described.fields) {
     out << "  " << Padded(field.name, 18) << " " << TypeText(field.type) << "\n";
   }
+}
+
+struct Found {
+  const Class* owner;
+  const Member* member;
+};
+
+// All accessors of CLASS.MEMBER, or of every class's MEMBER; UsageError for none.
+std::vector<Found> FindMembers(const Library& library, const std::string& target) {
+  const std::size_t point = target.rfind('.');
+  const bool anywhere = point == std::string::npos;
+  const Class* const only = anywhere ? nullptr : &RequireClass(library, target.substr(0, point));
+  const std::string wanted = anywhere ? target : target.substr(point + 1);
+  std::vector<Found> accessors;
+  std::vector<std::string> names;
+  for (const Class& owner : library.classes) {
+    if (only != nullptr && only != &owner) continue;
+    if (anywhere) names.push_back(owner.name);
+    for (const Member& member : owner.members) {
+      names.push_back(member.name);
+      if (SameName(member.name, wanted)) accessors.push_back({&owner, &member});
+    }
+  }
+  if (!accessors.empty()) return accessors;
+  if (only != nullptr) {
+    throw UsageError(only->name + " has no member \"" + wanted + "\"." + Suggestion(wanted, names) +
+                     " \"orvixctl describe " + only->name + "\" shows the members.");
+  }
+  for (const Enumeration& one : library.enumerations) names.push_back(one.name);
+  for (const Record& one : library.records) names.push_back(one.name);
+  throw UsageError("there is no class, member, enumeration or record \"" + target + "\"." + Suggestion(target, names) +
+                   " \"orvixctl list\" shows them all.");
 }
 
 }  // namespace
@@ -213,34 +247,16 @@ int Describe(const Session& session, const std::string& target) {
     }
     return kExitDone;
   }
-  const std::size_t point = target.rfind('.');
-  if (point == std::string::npos) {
-    std::vector<std::string> names;
-    for (const Class& one : library.classes) names.push_back(one.name);
-    for (const Enumeration& one : library.enumerations) names.push_back(one.name);
-    for (const Record& one : library.records) names.push_back(one.name);
-    throw UsageError("there is no class, enumeration or record \"" + target + "\"." + Suggestion(target, names) +
-                     " \"orvixctl list\" shows them all.");
-  }
-  const Class& owner = RequireClass(library, target.substr(0, point));
-  const std::string wanted = target.substr(point + 1);
-  std::vector<Member> accessors;
-  std::vector<std::string> names;
-  for (const Member& member : owner.members) {
-    names.push_back(member.name);
-    if (SameName(member.name, wanted)) accessors.push_back(member);
-  }
-  if (accessors.empty()) {
-    throw UsageError(owner.name + " has no member \"" + wanted + "\"." + Suggestion(wanted, names) +
-                     " \"orvixctl describe " + owner.name + "\" shows the members.");
-  }
+  const std::vector<Found> accessors = FindMembers(library, target);
   if (session.json) {
-    out << Print(JsonList(accessors, JsonMember)) << "\n";
+    Json members = Json::array();
+    for (const Found& found : accessors) members.push_back(JsonMember(*found.member));
+    out << Print(members) << "\n";
     return kExitDone;
   }
-  for (std::size_t i = 0; i < accessors.size(); ++i) {
-    if (i > 0) out << "\n";
-    DescribeMember(out, owner, accessors[i]);
+  for (const Found& found : accessors) {
+    if (&found != &accessors.front()) out << "\n";
+    DescribeMember(out, library, *found.owner, *found.member);
   }
   return kExitDone;
 }

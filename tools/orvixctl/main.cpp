@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "completion.h"
 #include "help.h"
 #include "orvix/host.h"
 #include "words.h"
@@ -40,6 +41,7 @@ struct Request {
   bool json = false;
   std::string name;  // to describe, or a command to explain
   Words call;        // CLASS.MEMBER and all behind it
+  std::string script;
   RegistryRequest registry;
   TrashRequest trash;
   std::function<int()> run;
@@ -108,11 +110,13 @@ void AddTrash(CLI::App& app, Request& request, Console& console) {
       ->add_option("NAME", wanted.names, "the name that it had, or its id");
 }
 
-// Where the words of a call begin: behind "call" and its options; else the end.
+// Where the words of a call begin: behind "call" and its options, or behind
+// "complete"; else the end.
 Words::iterator CallWords(Words& words) {
   const auto is_option = [](const std::string& word) { return word.starts_with("-") && word != "--"; };
   auto at = words.begin();
   while (at != words.end() && is_option(*at)) at += *at == "--library" && at + 1 != words.end() ? 2 : 1;
+  if (at != words.end() && *at == "complete") return at + 1;
   if (at == words.end() || *at != "call") return words.end();
   ++at;
   while (at != words.end() && is_option(*at)) ++at;
@@ -147,6 +151,17 @@ int Run(Words words, Console& console) {
                 [&](const Session& session) { return Call(session, request.call); });
   takes_json(command);
   command->footer(kCallHelp)->add_option("CALL", request.call, "CLASS.MEMBER[=VALUE] [ARGUMENT...] [STEP...]");
+  command = add("run", "carries out a script: one step a line, with named objects and results", "Call",
+                [&](const Session& session) { return RunScript(session, request.script); });
+  command->add_flag("--json", request.json, "one JSON document a step");
+  command->footer(kRunHelp)->add_option("FILE", request.script, "\"-\" for standard input")->required();
+  add("shell", "the same from a prompt, with history and completion", "Call", Shell)->footer(kRunHelp);
+  // For the completion of shells: candidates, a line each.
+  command = add("complete", "", "", [&](const Session& session) {
+    for (const std::string& one : CompletionsOfWords(session.library, request.call)) session.console << one << "\n";
+    return kExitDone;
+  });
+  command->prefix_command();
   add("register", "writes the classes into the registry", "Registry", [](const Session& session) {
     session.component.Register();
     session.console << session.library.name << " is registered.\n";

@@ -99,9 +99,17 @@ std::string Quoted(std::string_view text) {
   return quoted + '"';
 }
 
-std::string DefaultText(const Value& value) {
+std::string DefaultText(const Parameter& parameter, const Library* library) {
+  const Value& value = parameter.default_value;
   if (value.IsText()) return Quoted(value.To<std::string>());
   if (value.Type() == VT_BOOL) return value.get().boolVal == VARIANT_FALSE ? "0" : "-1";
+  const Enumeration* const constants =
+      library != nullptr ? library->FindEnumeration(parameter.type.user_name) : nullptr;
+  if (constants != nullptr) {
+    for (const Constant& constant : constants->constants) {
+      if (constant.value == value.To<LONG>()) return constant.name;
+    }
+  }
   return value.To<std::string>();
 }
 
@@ -118,14 +126,14 @@ std::string_view KindText(INVOKEKIND kind) {
   }
 }
 
-std::string Signature(const Member& member) {
+std::string Signature(const Member& member, const Library* library) {
   std::string text = TypeText(member.result) + " " + member.name + "(";
   for (std::size_t i = 0; i < member.parameters.size(); ++i) {
     const Parameter& parameter = member.parameters[i];
     if (i > 0) text += ", ";
     if (parameter.IsOptional()) text += "[";
     text += TypeText(parameter.type) + (parameter.type.by_reference ? "* " : " ") + parameter.name;
-    if (parameter.HasDefault()) text += " = " + DefaultText(parameter.default_value);
+    if (parameter.HasDefault()) text += " = " + DefaultText(parameter, library);
     if (parameter.IsOptional()) text += "]";
   }
   return text + ")";

@@ -20,15 +20,16 @@ namespace Orvix::ctl {
 // "*" of a by-reference parameter.
 [[nodiscard]] std::string TypeText(const Type& type);
 
-// A default as it is written in IDL: -1, "Open file".
-[[nodiscard]] std::string DefaultText(const Value& value);
+// A default as it is written in IDL: -1, "Open file"; with a library, a constant's name
+// in place of its number.
+[[nodiscard]] std::string DefaultText(const Parameter& parameter, const Library* library);
 
 // "method", "property get", "property put", "property set".
 [[nodiscard]] std::string_view KindText(INVOKEKIND kind);
 
 // "BSTR GetElement(BSTR sList, long lIndex, BSTR sSeparator)"; what may be left
 // out stands in brackets, with its default.
-[[nodiscard]] std::string Signature(const Member& member);
+[[nodiscard]] std::string Signature(const Member& member, const Library* library);
 
 // The text between quotation marks, backslash and quotation mark escaped.
 [[nodiscard]] std::string Quoted(std::string_view text);
