@@ -7,6 +7,11 @@
 #define ORVIX_RUNTIME_H
 
 #include "orvix/automation.h"
+#include "orvix/version.h"
+
+// The version of the library that is loaded, as ORVIX_VERSION is that of the headers:
+// major, minor and patch in bytes 2, 1 and 0.
+ORVIX_API DWORD ORVIX_CALL OxVersion();
 
 // --- Errors ------------------------------------------------------------------
 

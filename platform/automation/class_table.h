@@ -13,8 +13,8 @@ using CreateNativeObject = HRESULT (*)(REFIID riid, void** object);
 // Makes a class of this process known. What CoRegisterClassObject registers under
 // the same identifier wins over it, and it wins over the registry. A second
 // registration replaces the first. Nothing happens when memory is exhausted: the
-// class is then not registered. Visible outside the run-time for its tests.
-__attribute__((visibility("default"))) void RegisterNativeClass(REFCLSID clsid, CreateNativeObject create) noexcept;
+// class is then not registered.
+void RegisterNativeClass(REFCLSID clsid, CreateNativeObject create) noexcept;
 
 }  // namespace Orvix
 

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "orvix/platform.h"
+#include "orvix/runtime.h"
 #include "platform/host/host_table.h"
 
 namespace {
@@ -35,3 +36,5 @@ BOOL ORVIX_CALL GetVersionExA(void* record) {
   std::memcpy(record, &version, sizeof version);
   return 1;
 }
+
+DWORD ORVIX_CALL OxVersion() { return ORVIX_VERSION; }

@@ -47,14 +47,18 @@ std::string OwnFolder() {
   return file.substr(0, file.rfind('/') + 1);
 }
 
-// The module lies beside this library. It stays loaded: its code runs as long
+// The module lies beside this library or below it. It stays loaded: its code runs as long
 // as the display is used, which is to the end.
 std::shared_ptr<Display> MakeX11Display() {
   const char* const server = secure_getenv("DISPLAY");
   if (server == nullptr || server[0] == '\0') return nullptr;
   const std::string folder = OwnFolder();
   if (folder.empty()) return nullptr;
-  void* const module = dlopen((folder + "liborvixrt-x11.so").c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  // Installed it lies in a folder of its own.
+  void* module = nullptr;
+  for (const char* const place : {"liborvixrt-x11.so", "orvix/liborvixrt-x11.so"}) {
+    if (module == nullptr) module = dlopen((folder + place).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  }
   if (module == nullptr) return nullptr;
   const auto make = reinterpret_cast<MakeDisplayFunction>(dlsym(module, kMakeDisplayName));
   if (make == nullptr) return nullptr;

@@ -20,11 +20,19 @@ class Component {
   // The component as the registry names it. Creation fails with error 429 when
   // it is not registered.
   [[nodiscard]] static Component Registered() noexcept { return Component(nullptr, nullptr); }
-  // The library at `path`; without one, liborvix.so beside the run-time or where
-  // the loader looks. Error 48 when it cannot be loaded. It stays loaded.
+  // The library at `path`; without one, liborvix.so beside the run-time, in the
+  // folder orvix there, or where the loader looks. Error 48 when it cannot be loaded. It stays loaded.
   [[nodiscard]] static Component Load(const std::string& path = {}) {
-    void* library = path.empty() ? Open(BesideRuntime()) : Open(path);
-    if (library == nullptr && path.empty()) library = Open("liborvix.so");
+    void* library = nullptr;
+    if (!path.empty()) {
+      library = Open(path);
+    } else {
+      // Installed it lies in a folder of its own, in a build tree beside the run-time.
+      const std::string folder = RuntimeFolder();
+      if (!folder.empty()) library = Open(folder + "liborvix.so");
+      if (library == nullptr && !folder.empty()) library = Open(folder + "orvix/liborvix.so");
+      if (library == nullptr) library = Open("liborvix.so");
+    }
     if (library == nullptr) ThrowLoading();
     const auto entry = reinterpret_cast<EntryPoint>(dlsym(library, "DllGetClassObject"));
     if (entry == nullptr) ThrowLoading();
@@ -103,15 +111,13 @@ class Component {
     static const Component component = Load();
     return component;
   }
-  static void* Open(const std::string& path) {
-    return path.empty() ? nullptr : dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  }
-  static std::string BesideRuntime() {
+  static void* Open(const std::string& path) { return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL); }
+  static std::string RuntimeFolder() {
     Dl_info place{};
     if (dladdr(reinterpret_cast<const void*>(&OxErrorNumber), &place) == 0 || place.dli_fname == nullptr) return {};
     const std::string runtime = place.dli_fname;
     const std::size_t slash = runtime.rfind('/');
-    return slash == std::string::npos ? std::string() : runtime.substr(0, slash + 1) + "liborvix.so";
+    return slash == std::string::npos ? std::string() : runtime.substr(0, slash + 1);
   }
   [[noreturn]] static void ThrowLoading() {
     const char* reason = dlerror();
