@@ -4,6 +4,10 @@
 #ifndef ORVIX_AUTOMATION_H
 #define ORVIX_AUTOMATION_H
 
+#ifndef __cplusplus
+#include "orvix/c/automation.h"
+#else
+
 #include "orvix/automation/interfaces.h"
 
 // ---------------------------------------------------------------------------
@@ -82,5 +86,7 @@ ORVIX_API void ORVIX_CALL CoTaskMemFree(void* block);
 
 ORVIX_API HRESULT ORVIX_CALL LoadTypeLib(const OLECHAR* file, ITypeLib** library);
 ORVIX_API HRESULT ORVIX_CALL LoadRegTypeLib(REFGUID libid, WORD major, WORD minor, LCID lcid, ITypeLib** library);
+
+#endif  // __cplusplus
 
 #endif

@@ -3,6 +3,10 @@
 #ifndef ORVIX_HOST_H
 #define ORVIX_HOST_H
 
+#ifndef __cplusplus
+#include "orvix/c/host.h"
+#else
+
 #include "orvix/automation.h"
 
 // Texts of the "A" members are NUL-terminated ANSI (Windows-1252), null where
@@ -65,5 +69,7 @@ ORVIX_API HRESULT ORVIX_CALL OxSetHost(const OxHost* host);
 // null. Without a display nothing happens, which is a success. Safe from any
 // thread.
 ORVIX_API HRESULT ORVIX_CALL OxNameWindow(void* window, BOOL named);
+
+#endif  // __cplusplus
 
 #endif

@@ -6,6 +6,10 @@
 #ifndef ORVIX_ORVIX_H
 #define ORVIX_ORVIX_H
 
+#ifndef __cplusplus
+#include "orvix/c/orvix.h"
+#else
+
 #include "orvix/automation.h"
 
 namespace Orvix {
@@ -327,5 +331,7 @@ ORVIX_API HRESULT ORVIX_CALL DllGetClassObject(REFCLSID clsid, REFIID riid, void
 ORVIX_API HRESULT ORVIX_CALL DllCanUnloadNow();
 ORVIX_API HRESULT ORVIX_CALL DllRegisterServer();
 ORVIX_API HRESULT ORVIX_CALL DllUnregisterServer();
+
+#endif  // __cplusplus
 
 #endif

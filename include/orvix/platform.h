@@ -5,6 +5,10 @@
 #ifndef ORVIX_PLATFORM_H
 #define ORVIX_PLATFORM_H
 
+#ifndef __cplusplus
+#include "orvix/c/platform.h"
+#else
+
 #include "orvix/automation.h"
 
 // --- Windows and input -----------------------------------------------------------
@@ -70,5 +74,7 @@ ORVIX_API void* ORVIX_CALL HtmlHelpA(void* window, const char* file, UINT comman
 ORVIX_API BOOL ORVIX_CALL GetOpenFileNameA(void* request);
 ORVIX_API DWORD ORVIX_CALL CommDlgExtendedError();
 ORVIX_API BOOL ORVIX_CALL sndPlaySoundA(const char* name, UINT flags);
+
+#endif  // __cplusplus
 
 #endif

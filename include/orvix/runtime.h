@@ -6,6 +6,10 @@
 #ifndef ORVIX_RUNTIME_H
 #define ORVIX_RUNTIME_H
 
+#ifndef __cplusplus
+#include "orvix/c/runtime.h"
+#else
+
 #include "orvix/automation.h"
 #include "orvix/version.h"
 
@@ -276,5 +280,7 @@ ORVIX_API INT ORVIX_CALL MultiByteToWideChar(UINT page, DWORD flags, const char*
                                              INT capacity);
 ORVIX_API INT ORVIX_CALL WideCharToMultiByte(UINT page, DWORD flags, const OLECHAR* text, INT units, char* bytes,
                                              INT capacity, const char* substitute, BOOL* substituted);
+
+#endif  // __cplusplus
 
 #endif

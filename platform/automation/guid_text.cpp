@@ -68,7 +68,7 @@ std::optional<GUID> ParseGuid(TextView text) noexcept {
     }
     const unsigned digit = DigitOf(text[i]);
     if (digit == 16) return std::nullopt;
-    bytes[digits / 2] = static_cast<std::uint8_t>(bytes[digits / 2] << 4 | digit);
+    bytes[digits / 2] = static_cast<std::uint8_t>(bytes[digits / 2] * 16U + digit);
     ++digits;
   }
   return FromBytes(bytes);

@@ -95,9 +95,9 @@ std::unique_ptr<const Page> MakePage(UINT number) {
   }
   iconv_close(conversion);
   // What the page leaves open: the control character of the same code, else a private unit.
-  for (int byte = 0x80; byte < 0x100; ++byte) {
+  for (unsigned byte = 0x80; byte < 0x100; ++byte) {
     if (page->units[byte] != 0) continue;
-    page->units[byte] = static_cast<char16_t>(byte < 0xA0 && !taken[byte] ? byte : 0xF700 | byte);
+    page->units[byte] = static_cast<char16_t>(byte < 0xA0 && !taken[byte] ? byte : 0xF700U | byte);
   }
   FillBytes(*page);
   return page;

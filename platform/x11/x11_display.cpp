@@ -74,7 +74,7 @@ class X11Display final : public Display {
 }  // namespace
 }  // namespace Orvix::x11
 
-extern "C" ORVIX_API Orvix::Display* OrvixMakeDisplay(std::uint32_t version) noexcept {
+ORVIX_API Orvix::Display* OrvixMakeDisplay(std::uint32_t version) noexcept {
   if (version != Orvix::kDisplayVersion) return nullptr;
   try {
     const Orvix::x11::NoPipeSignal quiet;

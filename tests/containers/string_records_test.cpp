@@ -100,7 +100,7 @@ TEST_F(StringRecord, ImpossiblePrefixIsError9) {
 }
 
 TEST_F(StringRecord, PartOfAPrefixIsError9) {
-  for (const std::size_t bytes : {1, 2, 3}) {
+  for (const std::size_t bytes : {1U, 2U, 3U}) {
     OpenOn(std::string(bytes, '\1'));
     const Buffer buffer = BufferOf(u"kept");
     EXPECT_EQ(Read(buffer, VARIANT_TRUE), kOutside) << bytes;

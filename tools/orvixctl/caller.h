@@ -29,7 +29,7 @@ struct Slot;
 class Caller {
  public:
   Caller(const Session& session, const Class& its, Pointer<IDispatch> object)
-      : session_(session), reader_(session.library, session.component), its_(its), object_(std::move(object)) {}
+      : reader_(session.library, session.component), its_(its), object_(std::move(object)) {}
 
   // UsageError for a step that the class does not carry; Error for the call's own
   // failure.
@@ -41,7 +41,6 @@ class Caller {
   Value PutValue(const Step& step, Member& member, WORD& flags) const;
   Outcome Invoke(const Member& member, std::vector<Slot>& slots, Value* put_value, WORD flags) const;
 
-  const Session& session_;
   ArgumentReader reader_;
   const Class& its_;
   Pointer<IDispatch> object_;
