@@ -96,7 +96,7 @@ def written():
         if name == "runtime":
             needs += '#include "orvix/version.h"\n'
         yield PUBLIC / "c" / f"{name}.h", (
-            f"/* Made by c_headers.py from {', '.join('orvix/' + s for s in sources)}: change those. */\n/* clang-format off */\n"
+            f"/* clang-format off */\n/* Made by c_headers.py from {', '.join('orvix/' + s for s in sources)}. */\n"
             f"#ifndef {guard}\n#define {guard}\n\n{needs}\n" + "\n\n".join(parts) + "\n\n#endif\n")
 
 

@@ -1,6 +1,5 @@
-/* Made by c_headers.py from orvix/automation/types.h, orvix/automation/type_description.h,
- * orvix/automation/interfaces.h, orvix/automation.h: change those. */
 /* clang-format off */
+/* Made by c_headers.py from orvix/automation/types.h, orvix/automation/type_description.h, orvix/automation/interfaces.h, orvix/automation.h. */
 #ifndef ORVIX_C_AUTOMATION_H
 #define ORVIX_C_AUTOMATION_H
 

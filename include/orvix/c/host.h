@@ -1,5 +1,5 @@
-/* Made by c_headers.py from orvix/host.h: change those. */
 /* clang-format off */
+/* Made by c_headers.py from orvix/host.h. */
 #ifndef ORVIX_C_HOST_H
 #define ORVIX_C_HOST_H
 

@@ -1,5 +1,5 @@
-/* Made by c_headers.py from orvix/orvix.h: change those. */
 /* clang-format off */
+/* Made by c_headers.py from orvix/orvix.h. */
 #ifndef ORVIX_C_ORVIX_H
 #define ORVIX_C_ORVIX_H
 

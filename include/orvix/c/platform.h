@@ -1,5 +1,5 @@
-/* Made by c_headers.py from orvix/platform.h: change those. */
 /* clang-format off */
+/* Made by c_headers.py from orvix/platform.h. */
 #ifndef ORVIX_C_PLATFORM_H
 #define ORVIX_C_PLATFORM_H
 

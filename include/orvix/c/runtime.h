@@ -1,5 +1,5 @@
-/* Made by c_headers.py from orvix/runtime.h: change those. */
 /* clang-format off */
+/* Made by c_headers.py from orvix/runtime.h. */
 #ifndef ORVIX_C_RUNTIME_H
 #define ORVIX_C_RUNTIME_H
 
