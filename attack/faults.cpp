@@ -26,6 +26,7 @@ thread_local long failed_allocations = 0;
   }
   if (!fails_onward) until_failure = 0;
   ++failed_allocations;
+  errno = ENOMEM;  // as the functions do that this stands before
   return failed_allocations < 100'000;
 }
 

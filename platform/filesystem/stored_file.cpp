@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -194,8 +193,11 @@ std::unique_ptr<OpenedFile> OpenStoredFile(const NativeName& name, const OpenReq
     if (old->Length() != 0) throw RuntimeError{kAlreadyExists};
     return old;  // behind a link that led nowhere
   }
-  const std::unique_ptr<char, decltype(&std::free)> real(realpath(name.path.c_str(), nullptr), &std::free);
-  std::unique_ptr<StoredFile> stored = real != nullptr ? StandIn(real.get()) : nullptr;
+  char real[PATH_MAX];
+  errno = 0;
+  std::unique_ptr<StoredFile> stored = realpath(name.path.c_str(), real) != nullptr ? StandIn(real) : nullptr;
+  // Without memory the text would not get into the emptied file either.
+  if (stored == nullptr && errno == ENOMEM) FailWithErrno(ENOMEM, FileTask::kCreate);
   if (stored != nullptr) {
     stored->Hold(std::move(old));
     return stored;

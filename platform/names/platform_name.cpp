@@ -1,7 +1,7 @@
 // The way back: the name under a drive or share for a native one.
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
-#include <memory>
 
 #include "frame/runtime/runtime_error.h"
 #include "platform/names/drive_map.h"
@@ -10,10 +10,6 @@
 namespace Orvix {
 
 namespace {
-
-struct Freer {
-  void operator()(char* text) const { std::free(text); }
-};
 
 // Absolute, without empty components, "." and ".."; a trailing "/" is kept. A
 // link before ".." is followed, as the system does; in names it is not.
@@ -29,8 +25,8 @@ std::string Cleaned(std::string_view absolute) {
       clean.append("/").append(component);
       continue;
     }
-    const std::unique_ptr<char, Freer> real(realpath(clean.empty() ? "/" : clean.c_str(), nullptr));
-    if (real != nullptr) clean = real.get();
+    char real[PATH_MAX];
+    if (realpath(clean.empty() ? "/" : clean.c_str(), real) != nullptr) clean = real;
     clean.resize(std::min(clean.rfind('/'), clean.size()));
   }
   if (directory || clean.empty()) clean += '/';
