@@ -6,6 +6,7 @@ install(TARGETS orvixrt
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
 # What is loaded by name lives apart from what is linked.
 install(TARGETS orvix LIBRARY DESTINATION ${component_directory} COMPONENT runtime)
+install(FILES ${PROJECT_SOURCE_DIR}/frame/orvix.classes DESTINATION ${component_directory} COMPONENT runtime)
 if(TARGET orvixrt-x11)
   set_target_properties(orvixrt-x11 PROPERTIES INSTALL_RPATH "$ORIGIN/..")
   install(TARGETS orvixrt-x11 LIBRARY DESTINATION ${component_directory} COMPONENT runtime)
@@ -38,10 +39,10 @@ if(TARGET orvixctl)
 endif()
 
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/bindings/python/orvix DESTINATION lib/python3/dist-packages COMPONENT python
-  FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN "py.typed")
+  FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN "py.typed" PATTERN "reference" EXCLUDE)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/reference DESTINATION lib/python3/dist-packages/orvix COMPONENT python)
 
-install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR}
-  COMPONENT documentation)
+install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation
   FILES_MATCHING PATTERN "*.md" PATTERN "*.idl" PATTERN "members" EXCLUDE PATTERN "man" EXCLUDE)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/man/orvix.7 DESTINATION ${CMAKE_INSTALL_MANDIR}/man7 COMPONENT documentation)

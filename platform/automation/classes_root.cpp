@@ -1,6 +1,9 @@
 #include "platform/automation/classes_root.h"
 
+#include <algorithm>
+
 #include "orvix/runtime.h"
+#include "platform/automation/installed_classes.h"
 
 namespace Orvix {
 
@@ -24,9 +27,7 @@ class OpenKey {
   HKEY key_ = nullptr;
 };
 
-}  // namespace
-
-std::optional<Text> ReadClassesText(const Text& name) {
+std::optional<Text> RegisteredText(const Text& name) {
   const OpenKey key(name);
   if (key.get() == nullptr) return std::nullopt;
   constexpr LONG kMoreData = 234;
@@ -45,7 +46,7 @@ std::optional<Text> ReadClassesText(const Text& name) {
   }
 }
 
-std::vector<Text> ClassesKeysBelow(const Text& name) {
+std::vector<Text> RegisteredKeysBelow(const Text& name) {
   std::vector<Text> names;
   const OpenKey key(name);
   if (key.get() == nullptr) return names;
@@ -57,6 +58,21 @@ std::vector<Text> ClassesKeysBelow(const Text& name) {
     // Identifiers, versions and languages are plain ASCII; nothing else is of use.
     names.emplace_back(found, found + characters);
   }
+}
+
+}  // namespace
+
+std::optional<Text> ReadClassesText(const Text& name) {
+  std::optional<Text> text = RegisteredText(name);
+  return text ? text : InstalledClassesText(name);
+}
+
+std::vector<Text> ClassesKeysBelow(const Text& name) {
+  std::vector<Text> names = RegisteredKeysBelow(name);
+  for (Text& installed : InstalledKeysBelow(name)) {
+    if (std::find(names.begin(), names.end(), installed) == names.end()) names.push_back(std::move(installed));
+  }
+  return names;
 }
 
 }  // namespace Orvix

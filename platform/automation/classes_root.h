@@ -1,5 +1,6 @@
-// What the class table and the type libraries read of the registry: texts and
-// keys below the classes root.
+// What the class table and the type libraries read of the registry, and, where it
+// has nothing, of what is installed for everybody: texts and keys below the classes
+// root.
 #ifndef ORVIX_PLATFORM_AUTOMATION_CLASSES_ROOT_H
 #define ORVIX_PLATFORM_AUTOMATION_CLASSES_ROOT_H
 

@@ -383,14 +383,12 @@ def _method(caller):
 
 @functools.lru_cache(maxsize=None)
 def _page(class_name):
-    """The sections of the class's reference page, where it is installed."""
-    for folder in Path(__file__).resolve().parents:
-        for place in ("docs/reference", "share/doc/orvix/reference", "share/doc/orvix-doc/reference"):
-            page = folder / place / f"{class_name}.md"
-            if page.is_file():
-                parts = re.split(r"^## (\w+)[ \t]*$", page.read_text(encoding="utf-8"), flags=re.M)
-                return dict(zip(parts[1::2], parts[2::2]))
-    return {}
+    """The sections of the class's reference page."""
+    page = Path(__file__).parent / "reference" / f"{class_name}.md"
+    if not page.is_file():
+        return {}
+    parts = re.split(r"^## (\w+)[ \t]*$", page.read_text(encoding="utf-8"), flags=re.M)
+    return dict(zip(parts[1::2], parts[2::2]))
 
 
 def documentation(callers):
